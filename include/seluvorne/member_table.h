@@ -1,0 +1,308 @@
+// Member tables: a class declares its late-bound members once, each with its
+// name, call kind and typed C++ member function, and the table does the rest:
+// case-insensitive lookup, argument count checks (450), conversion of the
+// Variant arguments to the parameter types with the runtime's coercions, and
+// the write-back of by-reference parameters (non-const lvalue references)
+// after the call. The typed C++ API and the late-bound API therefore cannot
+// drift apart.
+//
+//   class clsThing : public seluvorne::DispatchImpl<clsThing> {
+//    public:
+//     static const seluvorne::MemberTable<clsThing>& Members() {
+//       static const auto table = seluvorne::MemberTable<clsThing>("clsThing")
+//           .method("GetFileName", &clsThing::GetFileName)
+//           .field("pPageNo", &clsThing::pPageNo)
+//           .get("Path", &clsThing::GetPath).put("Path", &clsThing::LetPath);
+//       return table;
+//     }
+//   };
+//
+// Trailing parameters of type std::optional<T> are optional arguments.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <new>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <tuple>
+#include <unordered_map>
+#include <utility>
+
+#include "seluvorne/dispatch.h"
+#include "seluvorne/typed.h"
+
+namespace seluvorne {
+
+namespace detail {
+
+// Case-insensitive (ASCII) hashing and comparison of member names.
+struct NameHash {
+  using is_transparent = void;
+  std::size_t operator()(std::string_view name) const noexcept;
+};
+struct NameEqual {
+  using is_transparent = void;
+  bool operator()(std::string_view a, std::string_view b) const noexcept;
+};
+
+// Converts any exception other than Error escaping a member into an Error:
+// 7 for exhausted memory, 440 (Automation error) with the message otherwise.
+[[noreturn]] void RethrowAsError(std::string_view source);
+
+template <class T>
+struct IsOptional : std::false_type {};
+template <class T>
+struct IsOptional<std::optional<T>> : std::true_type {};
+
+// The storage of one argument while a member runs. Plain and const-reference
+// parameters get a converted copy; non-const references refer straight into
+// the caller's Variant when it already holds that type, and otherwise get a
+// converted copy that is written back after the call.
+template <class P>
+class Argument {
+ public:
+  using T = std::remove_cvref_t<P>;
+  Argument(std::span<vb::Variant> args, std::size_t i) : value_(Read(args, i)) {}
+  T& get() { return value_; }
+  void WriteBack() {}
+
+ private:
+  static T Read(std::span<vb::Variant> args, std::size_t i) {
+    if constexpr (IsOptional<T>::value) {
+      if (i >= args.size()) return std::nullopt;
+      return vb::FromVariant<typename T::value_type>(args[i]);
+    } else {
+      return vb::FromVariant<T>(args[i]);
+    }
+  }
+  T value_;
+};
+
+template <class T>
+  requires(!std::is_const_v<T>)
+class Argument<T&> {
+ public:
+  Argument(std::span<vb::Variant> args, std::size_t i) : slot_(&args[i]) {
+    if constexpr (std::is_same_v<T, vb::Variant>) {
+      direct_ = slot_;
+    } else if constexpr (vb::IsArray<T>::value) {
+      if (slot_->isArray()) direct_ = std::get_if<T>(&slot_->anyArray());
+    } else {
+      direct_ = slot_->peek<T>();
+    }
+    if (!direct_) copy_.emplace(vb::FromVariant<T>(*slot_));
+  }
+  T& get() { return direct_ ? *direct_ : *copy_; }
+  void WriteBack() {
+    if (copy_) *slot_ = vb::ToVariant(std::move(*copy_));
+  }
+
+ private:
+  vb::Variant* slot_;
+  T* direct_ = nullptr;
+  std::optional<T> copy_;
+};
+
+// The number of leading arguments a member cannot do without: all but the
+// trailing std::optional parameters.
+template <class... A>
+constexpr int RequiredCount() {
+  constexpr bool optional[] = {IsOptional<std::remove_cvref_t<A>>::value..., false};
+  int required = 0;
+  for (int i = 0; i < static_cast<int>(sizeof...(A)); ++i)
+    if (!optional[i]) required = i + 1;
+  return required;
+}
+
+// Converts the arguments, calls `function` with them, writes by-reference
+// arguments back (also when the call raises) and converts the result.
+template <class R, class... A, class F>
+vb::Variant CallWithArguments(std::span<vb::Variant> args, F&& function) {
+  return [&]<std::size_t... I>(std::index_sequence<I...>) {
+    std::tuple<Argument<A>...> arguments{Argument<A>(args, I)...};
+    auto write_back = [&] { (std::get<I>(arguments).WriteBack(), ...); };
+    try {
+      if constexpr (std::is_void_v<R>) {
+        function(std::get<I>(arguments).get()...);
+        write_back();
+        return vb::Variant();
+      } else {
+        vb::Variant result = vb::ToVariant(function(std::get<I>(arguments).get()...));
+        write_back();
+        return result;
+      }
+    } catch (...) {
+      write_back();
+      throw;
+    }
+  }(std::index_sequence_for<A...>{});
+}
+
+}  // namespace detail
+
+template <class C>
+class MemberTable {
+ public:
+  using Call = std::function<vb::Variant(C&, std::span<vb::Variant>)>;
+
+  explicit MemberTable(std::string class_name) : class_name_(std::move(class_name)) {}
+
+  // A method; also callable as a property read, as the runtime allows.
+  template <class R, class... A>
+  MemberTable&& method(std::string_view name, R (C::*function)(A...)) && {
+    Add(name, &Kinds::method, Bind<R, A...>(function), detail::RequiredCount<A...>(),
+        sizeof...(A));
+    return std::move(*this);
+  }
+  template <class R, class... A>
+  MemberTable&& method(std::string_view name, R (C::*function)(A...) const) && {
+    Add(name, &Kinds::method, Bind<R, A...>(function), detail::RequiredCount<A...>(),
+        sizeof...(A));
+    return std::move(*this);
+  }
+
+  // A property read; its parameters are the property's indices.
+  template <class R, class... A>
+  MemberTable&& get(std::string_view name, R (C::*function)(A...)) && {
+    Add(name, &Kinds::get, Bind<R, A...>(function), detail::RequiredCount<A...>(), sizeof...(A));
+    return std::move(*this);
+  }
+  template <class R, class... A>
+  MemberTable&& get(std::string_view name, R (C::*function)(A...) const) && {
+    Add(name, &Kinds::get, Bind<R, A...>(function), detail::RequiredCount<A...>(), sizeof...(A));
+    return std::move(*this);
+  }
+
+  // A property write; its last parameter is the value, any before it indices.
+  template <class... A>
+  MemberTable&& put(std::string_view name, void (C::*function)(A...)) && {
+    Add(name, &Kinds::put, Bind<void, A...>(function), detail::RequiredCount<A...>(),
+        sizeof...(A));
+    return std::move(*this);
+  }
+
+  // A public data member, read and written as a property.
+  template <class T>
+  MemberTable&& field(std::string_view name, T C::*member) && {
+    Add(
+        name, &Kinds::get,
+        [member](C& self, std::span<vb::Variant>) { return vb::ToVariant(T(self.*member)); }, 0,
+        0);
+    Add(
+        name, &Kinds::put,
+        [member](C& self, std::span<vb::Variant> args) {
+          self.*member = vb::FromVariant<T>(args[0]);
+          return vb::Variant();
+        },
+        1, 1);
+    return std::move(*this);
+  }
+
+  // The member used when the object itself is called or used as a value.
+  MemberTable&& defaultMember(std::string_view name) && {
+    default_member_ = name;
+    return std::move(*this);
+  }
+
+  vb::Variant invoke(C& self, std::string_view name, CallKind kind,
+                     std::span<vb::Variant> args) const {
+    const Entry* entry = Find(name, kind);
+    if (!entry) Raise(errc::kMemberNotSupported, {}, SourceOf(name));
+    if (static_cast<int>(args.size()) < entry->min_args ||
+        static_cast<int>(args.size()) > entry->max_args)
+      Raise(errc::kWrongArgumentCount, {}, SourceOf(name));
+    try {
+      return entry->call(self, args);
+    } catch (const Error&) {
+      throw;
+    } catch (...) {
+      detail::RethrowAsError(class_name_);
+    }
+  }
+
+  std::optional<MemberKinds> describe(std::string_view name) const {
+    auto found = members_.find(name);
+    if (found == members_.end()) return std::nullopt;
+    const Kinds& kinds = found->second;
+    MemberKinds result;
+    result.method = kinds.method.has_value();
+    result.get = kinds.get.has_value();
+    result.put = kinds.put.has_value();
+    if (kinds.get) result.get_arguments = kinds.get->max_args;
+    return result;
+  }
+
+  std::string_view defaultMember() const { return default_member_; }
+  std::string_view className() const { return class_name_; }
+
+ private:
+  struct Entry {
+    Call call;
+    int min_args = 0;
+    int max_args = 0;
+  };
+  struct Kinds {
+    std::optional<Entry> method, get, put;
+  };
+
+  template <class R, class... A, class F>
+  static Call Bind(F function) {
+    return [function](C& self, std::span<vb::Variant> args) {
+      return detail::CallWithArguments<R, A...>(
+          args, [&](auto&&... typed) -> R { return (self.*function)(typed...); });
+    };
+  }
+
+  void Add(std::string_view name, std::optional<Entry> Kinds::*kind, Call call, int min_args,
+           int max_args) {
+    auto found = members_.find(name);
+    if (found == members_.end()) found = members_.emplace(std::string(name), Kinds{}).first;
+    found->second.*kind = Entry{std::move(call), min_args, max_args};
+  }
+
+  // A method may be called as a property read and the other way round.
+  const Entry* Find(std::string_view name, CallKind kind) const {
+    auto found = members_.find(name);
+    if (found == members_.end()) return nullptr;
+    const Kinds& kinds = found->second;
+    switch (kind) {
+      case CallKind::PropertyPut:
+        return kinds.put ? &*kinds.put : nullptr;
+      case CallKind::Method:
+        return kinds.method ? &*kinds.method : kinds.get ? &*kinds.get : nullptr;
+      case CallKind::PropertyGet:
+        return kinds.get ? &*kinds.get : kinds.method ? &*kinds.method : nullptr;
+    }
+    return nullptr;
+  }
+
+  std::string SourceOf(std::string_view member) const {
+    return class_name_ + "." + std::string(member);
+  }
+
+  std::string class_name_;
+  std::string default_member_;
+  std::unordered_map<std::string, Kinds, detail::NameHash, detail::NameEqual> members_;
+};
+
+// The Dispatch implementation of a class with a member table: the class
+// derives from DispatchImpl<itself> and provides `static const
+// MemberTable<itself>& Members()`.
+template <class Derived>
+class DispatchImpl : public Dispatch {
+ public:
+  vb::Variant invoke(std::string_view member, CallKind kind,
+                     std::span<vb::Variant> args) override {
+    return Derived::Members().invoke(static_cast<Derived&>(*this), member, kind, args);
+  }
+  std::optional<MemberKinds> describe(std::string_view member) const override {
+    return Derived::Members().describe(member);
+  }
+  std::string_view defaultMember() const override { return Derived::Members().defaultMember(); }
+  std::string_view className() const override { return Derived::Members().className(); }
+};
+
+}  // namespace seluvorne

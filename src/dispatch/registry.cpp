@@ -1,0 +1,59 @@
+// The process-wide registry of components, created by name.
+
+#include <mutex>
+#include <unordered_map>
+
+#include "seluvorne/member_table.h"
+
+namespace seluvorne {
+
+namespace {
+
+struct Registry {
+  std::mutex mutex;
+  std::unordered_map<std::string, Factory, detail::NameHash, detail::NameEqual> factories;
+};
+
+Registry& TheRegistry() {
+  static Registry* registry = new Registry;  // never destroyed: components may outlive main
+  return *registry;
+}
+
+}  // namespace
+
+void Register(std::string_view prog_id, Factory factory) {
+  Registry& registry = TheRegistry();
+  std::lock_guard lock(registry.mutex);
+  registry.factories.insert_or_assign(std::string(prog_id), std::move(factory));
+}
+
+bool Unregister(std::string_view prog_id) {
+  Registry& registry = TheRegistry();
+  std::lock_guard lock(registry.mutex);
+  auto found = registry.factories.find(prog_id);
+  if (found == registry.factories.end()) return false;
+  registry.factories.erase(found);
+  return true;
+}
+
+bool IsRegistered(std::string_view prog_id) {
+  Registry& registry = TheRegistry();
+  std::lock_guard lock(registry.mutex);
+  return registry.factories.contains(prog_id);
+}
+
+Object CreateObject(std::string_view prog_id) {
+  Factory factory;
+  {
+    Registry& registry = TheRegistry();
+    std::lock_guard lock(registry.mutex);
+    auto found = registry.factories.find(prog_id);
+    if (found != registry.factories.end()) factory = found->second;
+  }
+  // Called outside the lock: a component may create others while it is made.
+  Object object = factory ? factory() : nullptr;
+  if (!object) Raise(errc::kCannotCreateObject, "(" + std::string(prog_id) + ")");
+  return object;
+}
+
+}  // namespace seluvorne

@@ -1,0 +1,82 @@
+#include "seluvorne/error.h"
+
+#include <utility>
+
+namespace seluvorne {
+
+namespace {
+
+struct Entry {
+  int number;
+  std::string_view description;
+};
+
+// The runtime's descriptions; "…" marks where the detail goes.
+constexpr Entry kDescriptions[] = {
+    {errc::kInvalidCall, "Invalid procedure call or argument"},
+    {errc::kOverflow, "Overflow"},
+    {errc::kOutOfMemory, "Out of memory"},
+    {errc::kSubscriptOutOfRange, "Subscript out of range"},
+    {errc::kDivisionByZero, "Division by zero"},
+    {errc::kTypeMismatch, "Type mismatch"},
+    {errc::kBadFileName, "Bad file name or number"},
+    {errc::kFileNotFound, "File not found"},
+    {errc::kPermissionDenied, "Permission denied"},
+    {errc::kPathFileAccess, "Path/File access error"},
+    {errc::kPathNotFound, "Path not found"},
+    {errc::kObjectNotSet, "Object variable or With block variable not set"},
+    {errc::kInvalidUseOfNull, "Invalid use of Null"},
+    {errc::kCannotCreateObject, "ActiveX component can't create object"},
+    {errc::kMemberNotSupported, "Object doesn't support this property or method"},
+    {errc::kAutomationError, "Automation error"},
+    {errc::kWrongArgumentCount, "Wrong number of arguments or invalid property assignment"},
+    {errc::kTableExists, "Table '…' already exists."},
+    {errc::kNoCurrentRecord, "No current record."},
+    {errc::kFileNotFoundDb, "Could not find file '…'."},
+    {errc::kInvalidPath, "'…' isn't a valid path."},
+    {errc::kTableNotFound, "The database engine cannot find the input table or query '…'."},
+    {errc::kSyntaxError, "Syntax error in FROM clause."},
+    {errc::kFieldTooSmall,
+     "The field is too small to accept the amount of data you attempted to add."},
+    {errc::kDatabaseExists, "Database already exists."},
+    {errc::kLocked, "Could not update; currently locked."},
+    {errc::kItemNotFound, "Item not found in this collection."},
+    {errc::kZeroLengthNotAllowed, "Field '…' cannot be a zero-length string."},
+    {errc::kUnrecognizedFormat, "Unrecognized database format '…'."},
+    {errc::kNumericOverflow, "Numeric field overflow."},
+    {errc::kObjectExists,
+     "Cannot append. An object with that name already exists in the collection."},
+    {errc::kObjectInvalid, "Object invalid or no longer set."},
+};
+
+constexpr std::string_view kPlaceholder = "…";
+
+}  // namespace
+
+Error::Error(int number_, std::string source_, std::string description_)
+    : std::runtime_error("Error " + std::to_string(number_) + " (" + source_ + "): " +
+                         description_),
+      number(number_),
+      source(std::move(source_)),
+      description(std::move(description_)) {}
+
+std::string_view StandardDescription(int number) {
+  for (const Entry& entry : kDescriptions)
+    if (entry.number == number) return entry.description;
+  return "Application-defined or object-defined error";
+}
+
+Error MakeError(int number, std::string_view detail, std::string_view source) {
+  std::string description(StandardDescription(number));
+  if (std::size_t at = description.find(kPlaceholder); at != std::string::npos)
+    description.replace(at, kPlaceholder.size(), detail);
+  else if (!detail.empty())
+    description.append(" ").append(detail);
+  return Error(number, std::string(source), std::move(description));
+}
+
+void Raise(int number, std::string_view detail, std::string_view source) {
+  throw MakeError(number, detail, source);
+}
+
+}  // namespace seluvorne

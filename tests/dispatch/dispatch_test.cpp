@@ -1,0 +1,175 @@
+#include <gtest/gtest.h>
+
+#include "error_matchers.h"
+#include "seluvorne/call_by_name.h"
+#include "seluvorne/member_table.h"
+
+namespace {
+
+using namespace seluvorne;
+using namespace seluvorne::errc;
+using vb::Variant;
+
+// A small component declared through a member table, the way the library's
+// classes declare theirs.
+class Gauge : public DispatchImpl<Gauge> {
+ public:
+  static const MemberTable<Gauge>& Members() {
+    static const auto table = MemberTable<Gauge>("Gauge")
+                                  .method("Bump", &Gauge::Bump)
+                                  .method("Fill", &Gauge::Fill)
+                                  .method("Sum", &Gauge::Sum)
+                                  .method("Fail", &Gauge::Fail)
+                                  .method("Crash", &Gauge::Crash)
+                                  .method("Me", &Gauge::Me)
+                                  .get("Label", &Gauge::GetLabel)
+                                  .put("Label", &Gauge::LetLabel)
+                                  .get("Value", &Gauge::Value)
+                                  .field("pPageNo", &Gauge::pPageNo)
+                                  .defaultMember("Value");
+    return table;
+  }
+
+  std::int16_t pPageNo = -1;
+
+  std::string Bump(std::int16_t& count, std::string& label) {
+    count = vb::Add<std::int16_t>(count, 1);
+    label += "!";
+    return label;
+  }
+  bool Fill(vb::Array<std::int16_t>& values) {
+    values.ReDim({3});
+    for (std::int16_t i = 0; i <= 3; ++i) values(i) = static_cast<std::int16_t>(i * 10);
+    return true;
+  }
+  std::int32_t Sum(std::int16_t a, std::optional<std::int16_t> b) { return a + b.value_or(100); }
+  void Fail(std::int16_t& touched) {
+    touched = 7;
+    Raise(kNoCurrentRecord);
+  }
+  void Crash() { throw std::runtime_error("boom"); }
+  Object Me() { return shared_from_this(); }
+  std::string GetLabel(std::int16_t index) const { return labels_[index & 1]; }
+  void LetLabel(std::int16_t index, std::string value) { labels_[index & 1] = std::move(value); }
+  std::int16_t Value() const { return 42; }
+
+ private:
+  std::string labels_[2];
+};
+
+class DispatchTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    Register("Test.Gauge", [] { return std::make_shared<Gauge>(); });
+    gauge = CreateObject("test.GAUGE");
+  }
+  void TearDown() override { Unregister("Test.Gauge"); }
+
+  template <class... A>
+  Variant Call(std::string_view name, A... args) {
+    std::vector<Variant> list{Variant(args)...};
+    return Invoke(gauge, name, CallKind::Method, list);
+  }
+
+  Object gauge;
+};
+
+TEST_F(DispatchTest, RegistryCreatesByNameWithoutRegardToCase) {
+  EXPECT_TRUE(IsRegistered("TEST.gauge"));
+  EXPECT_NE(CreateObject("Test.Gauge"), gauge);  // a new object each time
+  EXPECT_RAISES(CreateObject("Test.Missing"), kCannotCreateObject);
+  EXPECT_TRUE(Unregister("test.gauge"));
+  EXPECT_FALSE(Unregister("test.gauge"));
+  EXPECT_RAISES(CreateObject("Test.Gauge"), kCannotCreateObject);
+}
+
+TEST_F(DispatchTest, ByReferenceArgumentsAreWrittenBack) {
+  std::vector<Variant> args{Variant(std::int16_t{1}), Variant("a")};
+  Variant result = Invoke(gauge, "bump", CallKind::Method, args);
+  EXPECT_EQ(result, Variant("a!"));
+  EXPECT_EQ(args[0], Variant(std::int16_t{2}));
+  EXPECT_EQ(args[1], Variant("a!"));
+
+  // A value of another type is converted in and written back as the parameter's type.
+  args = {Variant(std::int32_t{5}), Variant(3.0)};
+  Invoke(gauge, "Bump", CallKind::Method, args);
+  EXPECT_EQ(args[0], Variant(std::int16_t{6}));
+  EXPECT_EQ(args[1], Variant("3!"));
+}
+
+TEST_F(DispatchTest, ArraysByReferenceAreDimensionedByTheCallee) {
+  std::vector<Variant> args(1);  // Empty: not yet dimensioned
+  EXPECT_EQ(Invoke(gauge, "Fill", CallKind::Method, args), Variant(true));
+  ASSERT_EQ(args[0].arrayElementType(), vb::VarType::Integer);
+  EXPECT_EQ(args[0].array<std::int16_t>().UBound(), 3);
+  EXPECT_EQ(args[0].array<std::int16_t>()(3), 30);
+
+  args[0] = Variant(vb::Array<std::string>({0}));  // another element type: mismatch
+  args[0].array<std::string>()(0) = "x";
+  EXPECT_RAISES(Invoke(gauge, "Fill", CallKind::Method, args), kTypeMismatch);
+}
+
+TEST_F(DispatchTest, ArgumentsAreCoercedWithTheRuntimesRules) {
+  EXPECT_EQ(Call("Sum", "12", 2.5), Variant(std::int32_t{14}));  // 2.5 rounds to 2
+  EXPECT_EQ(Call("Sum", 1), Variant(std::int32_t{101}));          // optional left out
+  EXPECT_RAISES(Call("Sum", "abc"), kTypeMismatch);
+  EXPECT_RAISES(Call("Sum", 40000), kOverflow);
+  EXPECT_RAISES(Call("Sum", Variant(vb::Null)), kInvalidUseOfNull);
+  EXPECT_RAISES(Call("Sum"), kWrongArgumentCount);
+  EXPECT_RAISES(Call("Sum", 1, 2, 3), kWrongArgumentCount);
+}
+
+TEST_F(DispatchTest, UnknownMembersAndEmptyReferences) {
+  EXPECT_RAISES(Call("NoSuchMember"), kMemberNotSupported);
+  std::vector<Variant> value{Variant(1)};
+  EXPECT_RAISES(Invoke(gauge, "Value", CallKind::PropertyPut, value), kMemberNotSupported);
+  EXPECT_RAISES(Invoke(nullptr, "Value", CallKind::PropertyGet, {}), kObjectNotSet);
+  try {
+    Call("Nope");
+  } catch (const Error& error) {
+    EXPECT_EQ(error.description, "Object doesn't support this property or method");
+    EXPECT_EQ(error.source, "Gauge.Nope");
+  }
+}
+
+TEST_F(DispatchTest, ErrorsPassThroughAndByReferenceChangesSurviveThem) {
+  std::vector<Variant> args{Variant(std::int32_t{0})};  // converted copy, written back on raise
+  EXPECT_RAISES(Invoke(gauge, "Fail", CallKind::Method, args), kNoCurrentRecord);
+  EXPECT_EQ(args[0], Variant(std::int16_t{7}));
+  EXPECT_RAISES(Call("Crash"), kAutomationError);
+}
+
+TEST_F(DispatchTest, PropertiesFieldsAndTheDefaultMember) {
+  std::vector<Variant> put{Variant(1), Variant("left")};
+  Invoke(gauge, "LABEL", CallKind::PropertyPut, put);
+  std::vector<Variant> index{Variant(3)};
+  EXPECT_EQ(Invoke(gauge, "Label", CallKind::PropertyGet, index), Variant("left"));
+
+  std::vector<Variant> page{Variant("12")};
+  Invoke(gauge, "ppageno", CallKind::PropertyPut, page);
+  EXPECT_EQ(Invoke(gauge, "pPageNo", CallKind::PropertyGet, {}), Variant(std::int16_t{12}));
+
+  EXPECT_EQ(vb::CInt(Variant(gauge)), 42);  // an object used as a value answers Value
+  EXPECT_EQ(vb::CObj(Call("Me")), gauge);
+
+  std::optional<MemberKinds> label = gauge->describe("label");
+  ASSERT_TRUE(label);
+  EXPECT_TRUE(label->get && label->put && !label->method);
+  EXPECT_EQ(label->get_arguments, 1);
+  EXPECT_FALSE(gauge->describe("Nope"));
+  EXPECT_EQ(gauge->className(), "Gauge");
+}
+
+TEST_F(DispatchTest, CallByNameWritesTypedReferencesBack) {
+  std::int16_t count = 9;
+  std::string label = "x";
+  Variant result = CallByName(gauge, "Bump", CallKind::Method, Ref(count), Ref(label));
+  EXPECT_EQ(count, 10);
+  EXPECT_EQ(label, "x!");
+  EXPECT_EQ(vb::CStr(result), "x!");
+  std::string unchanged = "y";
+  CallByName(gauge, "Bump", CallKind::Method, Ref(count), unchanged);
+  EXPECT_EQ(unchanged, "y");
+}
+
+}  // namespace
