@@ -42,7 +42,7 @@ asan: setup
 	ctest --test-dir $(ASAN_BUILD) --output-on-failure -j $(JOBS) -LE python
 
 format:
-	git ls-files '*.cpp' '*.h' | xargs clang-format -i
+	git ls-files --cached --others --exclude-standard '*.cpp' '*.h' | xargs -r clang-format -i
 
 clean:
 	rm -rf $(BUILD) $(ASAN_BUILD) build-bench

@@ -8,18 +8,21 @@
 namespace {
 
 void BM_Val(benchmark::State& state) {
-  for (auto _ : state) benchmark::DoNotOptimize(vb::Val(" -1250.5abc"));
+  for (auto _ : state)
+    benchmark::DoNotOptimize(vb::Val(" -1250.5abc"));
 }
 BENCHMARK(BM_Val);
 
 void BM_StrTrimmed(benchmark::State& state) {
   std::int16_t page = 0;
-  for (auto _ : state) benchmark::DoNotOptimize(vb::StrTrimmed(page++));
+  for (auto _ : state)
+    benchmark::DoNotOptimize(vb::StrTrimmed(page++));
 }
 BENCHMARK(BM_StrTrimmed);
 
 void BM_TextWidth(benchmark::State& state) {
-  for (auto _ : state) benchmark::DoNotOptimize(vb::TextWidth("X3通り(Y1～Y5間)大梁部"));
+  for (auto _ : state)
+    benchmark::DoNotOptimize(vb::TextWidth("X3通り(Y1～Y5間)大梁部"));
 }
 BENCHMARK(BM_TextWidth);
 

@@ -41,18 +41,19 @@ int main() {
   std::printf("created %s by name\n", std::string(floors->className()).c_str());
 
   std::int16_t zene = 1, kouji = 2, kai = 3;
-  auto folder = seluvorne::CallByName(floors, "GetFullPathToKai", CallKind::Method,
-                                      seluvorne::Ref(zene), seluvorne::Ref(kouji),
-                                      seluvorne::Ref(kai));
+  auto folder =
+      seluvorne::CallByName(floors, "GetFullPathToKai", CallKind::Method, seluvorne::Ref(zene),
+                            seluvorne::Ref(kouji), seluvorne::Ref(kai));
   std::printf("GetFullPathToKai(1, 2, 3) = %s\n", vb::CStr(folder).c_str());
 
   seluvorne::CallByName(floors, "NextFloor", CallKind::Method, seluvorne::Ref(kai));
   std::printf("NextFloor(kai) by reference: kai = %d\n", kai);
 
-  std::printf("Val(\"7abc\") = %g, CInt(2.5) = %d, Format(5, \"000\") = %s, Len(\"X1通り\") = %d, "
-              "width = %d\n",
-              vb::Val("7abc"), vb::CInt(2.5), vb::Format(5, "000").c_str(), vb::Len("X1通り"),
-              vb::TextWidth("X1通り"));
+  std::printf(
+      "Val(\"7abc\") = %g, CInt(2.5) = %d, Format(5, \"000\") = %s, Len(\"X1通り\") = %d, "
+      "width = %d\n",
+      vb::Val("7abc"), vb::CInt(2.5), vb::Format(5, "000").c_str(), vb::Len("X1通り"),
+      vb::TextWidth("X1通り"));
 
   for (const char* member : {"NoSuchMember"}) {
     try {

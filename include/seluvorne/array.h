@@ -144,8 +144,7 @@ class Array {
     return n;
   }
   std::size_t Offset(std::span<const std::int32_t> indices) const {
-    if (indices.size() != extents_.size())
-      seluvorne::Raise(seluvorne::errc::kSubscriptOutOfRange);
+    if (indices.size() != extents_.size()) seluvorne::Raise(seluvorne::errc::kSubscriptOutOfRange);
     std::size_t offset = 0, stride = 1;
     for (std::size_t d = 0; d < indices.size(); ++d) {
       if (indices[d] < 0 || indices[d] >= extents_[d])

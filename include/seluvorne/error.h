@@ -68,8 +68,7 @@ std::string_view StandardDescription(int number);
 // Builds the error for `number` from its standard description. A description
 // with a "…" placeholder gets `detail` in its place; any other gets `detail`
 // appended after a blank, when there is one.
-Error MakeError(int number, std::string_view detail = {},
-                std::string_view source = kLibrarySource);
+Error MakeError(int number, std::string_view detail = {}, std::string_view source = kLibrarySource);
 
 [[noreturn]] void Raise(int number, std::string_view detail = {},
                         std::string_view source = kLibrarySource);

@@ -82,8 +82,7 @@ class Argument {
 };
 
 template <class T>
-  requires(!std::is_const_v<T>)
-class Argument<T&> {
+requires(!std::is_const_v<T>) class Argument<T&> {
  public:
   Argument(std::span<vb::Variant> args, std::size_t i) : slot_(&args[i]) {
     if constexpr (std::is_same_v<T, vb::Variant>) {
@@ -138,7 +137,8 @@ vb::Variant CallWithArguments(std::span<vb::Variant> args, F&& function) {
       write_back();
       throw;
     }
-  }(std::index_sequence_for<A...>{});
+  }
+  (std::index_sequence_for<A...>{});
 }
 
 }  // namespace detail
@@ -153,14 +153,12 @@ class MemberTable {
   // A method; also callable as a property read, as the runtime allows.
   template <class R, class... A>
   MemberTable&& method(std::string_view name, R (C::*function)(A...)) && {
-    Add(name, &Kinds::method, Bind<R, A...>(function), detail::RequiredCount<A...>(),
-        sizeof...(A));
+    Add(name, &Kinds::method, Bind<R, A...>(function), detail::RequiredCount<A...>(), sizeof...(A));
     return std::move(*this);
   }
   template <class R, class... A>
   MemberTable&& method(std::string_view name, R (C::*function)(A...) const) && {
-    Add(name, &Kinds::method, Bind<R, A...>(function), detail::RequiredCount<A...>(),
-        sizeof...(A));
+    Add(name, &Kinds::method, Bind<R, A...>(function), detail::RequiredCount<A...>(), sizeof...(A));
     return std::move(*this);
   }
 
@@ -179,8 +177,7 @@ class MemberTable {
   // A property write; its last parameter is the value, any before it indices.
   template <class... A>
   MemberTable&& put(std::string_view name, void (C::*function)(A...)) && {
-    Add(name, &Kinds::put, Bind<void, A...>(function), detail::RequiredCount<A...>(),
-        sizeof...(A));
+    Add(name, &Kinds::put, Bind<void, A...>(function), detail::RequiredCount<A...>(), sizeof...(A));
     return std::move(*this);
   }
 
@@ -189,8 +186,7 @@ class MemberTable {
   MemberTable&& field(std::string_view name, T C::*member) && {
     Add(
         name, &Kinds::get,
-        [member](C& self, std::span<vb::Variant>) { return vb::ToVariant(T(self.*member)); }, 0,
-        0);
+        [member](C& self, std::span<vb::Variant>) { return vb::ToVariant(T(self.*member)); }, 0, 0);
     Add(
         name, &Kinds::put,
         [member](C& self, std::span<vb::Variant> args) {
@@ -294,8 +290,7 @@ class MemberTable {
 template <class Derived>
 class DispatchImpl : public Dispatch {
  public:
-  vb::Variant invoke(std::string_view member, CallKind kind,
-                     std::span<vb::Variant> args) override {
+  vb::Variant invoke(std::string_view member, CallKind kind, std::span<vb::Variant> args) override {
     return Derived::Members().invoke(static_cast<Derived&>(*this), member, kind, args);
   }
   std::optional<MemberKinds> describe(std::string_view member) const override {

@@ -26,7 +26,9 @@ namespace vb {
 
 inline constexpr std::int16_t kTrue = -1;
 inline constexpr std::int16_t kFalse = 0;
-inline constexpr std::int16_t BoolToInt(bool b) { return b ? kTrue : kFalse; }
+inline constexpr std::int16_t BoolToInt(bool b) {
+  return b ? kTrue : kFalse;
+}
 
 // ---- Coercions (Variant and numbers) --------------------------------------
 //
@@ -107,7 +109,9 @@ double Val(std::string_view text);
 std::string Str(double value);
 std::string Str(float value);
 std::string Str(std::int32_t value);
-inline std::string Str(std::int16_t value) { return Str(static_cast<std::int32_t>(value)); }
+inline std::string Str(std::int16_t value) {
+  return Str(static_cast<std::int32_t>(value));
+}
 // Trim(Str(value)): how the library puts numbers into statements.
 template <class N>
 std::string StrTrimmed(N value) {

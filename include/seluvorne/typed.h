@@ -24,7 +24,7 @@ struct IsArray<Array<T>> : std::true_type {
 template <class T>
 struct IsSharedObject : std::false_type {};
 template <class D>
-  requires std::derived_from<D, seluvorne::Dispatch>
+requires std::derived_from<D, seluvorne::Dispatch>
 struct IsSharedObject<std::shared_ptr<D>> : std::true_type {
   using pointee = D;
 };
@@ -40,7 +40,8 @@ Array<E> ConvertArray(const AnyArray& source) {
       [&](const auto& typed) {
         if (!typed.allocated()) return;
         std::vector<std::int32_t> upper_bounds;
-        for (std::int32_t extent : typed.extents()) upper_bounds.push_back(extent - 1);
+        for (std::int32_t extent : typed.extents())
+          upper_bounds.push_back(extent - 1);
         converted.ReDim(upper_bounds);
       },
       source);

@@ -58,8 +58,8 @@ enum class VarType : std::uint16_t {
 class Variant;
 
 // An array of any element type a Variant may hold.
-using AnyArray = std::variant<Array<std::int16_t>, Array<std::int32_t>, Array<float>,
-                              Array<double>, Array<std::string>, Array<bool>, Array<Variant>>;
+using AnyArray = std::variant<Array<std::int16_t>, Array<std::int32_t>, Array<float>, Array<double>,
+                              Array<std::string>, Array<bool>, Array<Variant>>;
 
 // The VarType of an array's elements.
 VarType ElementType(const AnyArray& array);
@@ -67,10 +67,9 @@ VarType ElementType(const AnyArray& array);
 Variant ElementAt(const AnyArray& array, std::size_t flat_index);
 
 template <class T>
-concept ArrayElement =
-    std::same_as<T, std::int16_t> || std::same_as<T, std::int32_t> || std::same_as<T, float> ||
-    std::same_as<T, double> || std::same_as<T, std::string> || std::same_as<T, bool> ||
-    std::same_as<T, Variant>;
+concept ArrayElement = std::same_as<T, std::int16_t> || std::same_as<T, std::int32_t> ||
+    std::same_as<T, float> || std::same_as<T, double> || std::same_as<T, std::string> ||
+    std::same_as<T, bool> || std::same_as<T, Variant>;
 
 class Variant {
  public:
@@ -82,15 +81,15 @@ class Variant {
   Variant(float v) noexcept : value_(v) {}
   Variant(double v) noexcept : value_(v) {}
   template <class B>
-    requires std::same_as<B, bool>
-  Variant(B v) noexcept : value_(v) {}
+  requires std::same_as<B, bool> Variant(B v)
+  noexcept : value_(v) {}
   Variant(std::string v) noexcept : value_(std::move(v)) {}
   Variant(std::string_view v) : value_(std::string(v)) {}
   Variant(const char* v) : value_(std::string(v)) {}
   Variant(Object v) noexcept : value_(std::move(v)) {}
   template <class D>
-    requires std::derived_from<D, seluvorne::Dispatch>
-  Variant(std::shared_ptr<D> v) noexcept : value_(Object(std::move(v))) {}
+  requires std::derived_from<D, seluvorne::Dispatch> Variant(std::shared_ptr<D> v)
+  noexcept : value_(Object(std::move(v))) {}
   template <ArrayElement T>
   Variant(Array<T> v) : value_(ArrayBox(AnyArray(std::move(v)))) {}
   Variant(AnyArray v) : value_(ArrayBox(std::move(v))) {}
@@ -153,8 +152,8 @@ class Variant {
     std::unique_ptr<AnyArray> array_;
   };
 
-  std::variant<EmptyValue, NullValue, std::int16_t, std::int32_t, float, double, bool,
-               std::string, Object, ArrayBox>
+  std::variant<EmptyValue, NullValue, std::int16_t, std::int32_t, float, double, bool, std::string,
+               Object, ArrayBox>
       value_;
 };
 

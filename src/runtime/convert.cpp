@@ -105,7 +105,9 @@ float CSng(const Variant& value) {
   return CSng(NumberOf(value));
 }
 
-double CDbl(const Variant& value) { return NumberOf(value); }
+double CDbl(const Variant& value) {
+  return NumberOf(value);
+}
 
 bool CBool(const Variant& value) {
   if (const auto* boolean = value.peek<bool>()) return *boolean;
@@ -159,7 +161,11 @@ bool IsNumeric(const Variant& value) {
   }
 }
 
-double Fix(double value) { return std::trunc(value); }
-double Int(double value) { return std::floor(value); }
+double Fix(double value) {
+  return std::trunc(value);
+}
+double Int(double value) {
+  return std::floor(value);
+}
 
 }  // namespace vb

@@ -24,14 +24,14 @@ DoubleByteMap BuildMap() {
     seluvorne::Raise(seluvorne::errc::kInvalidCall, "(the CP932 code page is not available)");
   for (char32_t c = 0x80; c < 0x10000; ++c) {
     if (c >= 0xD800 && c <= 0xDFFF) continue;
-    unsigned char in[4] = {static_cast<unsigned char>(c), static_cast<unsigned char>(c >> 8), 0,
-                           0};
+    unsigned char in[4] = {static_cast<unsigned char>(c), static_cast<unsigned char>(c >> 8), 0, 0};
     char out[8];
     char* in_pointer = reinterpret_cast<char*>(in);
     char* out_pointer = out;
     std::size_t in_left = sizeof in, out_left = sizeof out;
     iconv(converter, nullptr, nullptr, nullptr, nullptr);  // reset the shift state
-    if (iconv(converter, &in_pointer, &in_left, &out_pointer, &out_left) != static_cast<size_t>(-1) &&
+    if (iconv(converter, &in_pointer, &in_left, &out_pointer, &out_left) !=
+            static_cast<size_t>(-1) &&
         out_pointer - out == 2)
       map.set(c);
   }

@@ -54,8 +54,8 @@ constexpr std::string_view kPlaceholder = "…";
 }  // namespace
 
 Error::Error(int number_, std::string source_, std::string description_)
-    : std::runtime_error("Error " + std::to_string(number_) + " (" + source_ + "): " +
-                         description_),
+    : std::runtime_error("Error " + std::to_string(number_) + " (" + source_ +
+                         "): " + description_),
       number(number_),
       source(std::move(source_)),
       description(std::move(description_)) {}

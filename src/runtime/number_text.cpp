@@ -13,8 +13,12 @@ namespace vb {
 
 namespace {
 
-bool IsSkippedByVal(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+bool IsSkippedByVal(char c) {
+  return c == ' ' || c == '\t' || c == '\n' || c == '\r';
+}
+bool IsDigit(char c) {
+  return c >= '0' && c <= '9';
+}
 
 int DigitValue(char c, int radix) {
   int value = -1;
@@ -43,17 +47,20 @@ std::size_t DecimalLength(std::string_view text) {
   std::size_t i = 0;
   if (i < text.size() && (text[i] == '+' || text[i] == '-')) ++i;
   std::size_t digits = 0;
-  while (i < text.size() && IsDigit(text[i])) ++i, ++digits;
+  while (i < text.size() && IsDigit(text[i]))
+    ++i, ++digits;
   if (i < text.size() && text[i] == '.') {
     ++i;
-    while (i < text.size() && IsDigit(text[i])) ++i, ++digits;
+    while (i < text.size() && IsDigit(text[i]))
+      ++i, ++digits;
   }
   if (digits == 0) return 0;
   if (i < text.size() && (text[i] == 'E' || text[i] == 'e' || text[i] == 'D' || text[i] == 'd')) {
     std::size_t j = i + 1;
     if (j < text.size() && (text[j] == '+' || text[j] == '-')) ++j;
     if (j < text.size() && IsDigit(text[j])) {
-      while (j < text.size() && IsDigit(text[j])) ++j;
+      while (j < text.size() && IsDigit(text[j]))
+        ++j;
       i = j;
     }
   }
@@ -73,9 +80,12 @@ std::optional<double> DecimalValue(std::string number) {
 
 bool StartsWithRadix(std::string_view text, int& radix) {
   if (text.size() < 2 || text[0] != '&') return false;
-  if (text[1] == 'H' || text[1] == 'h') radix = 16;
-  else if (text[1] == 'O' || text[1] == 'o') radix = 8;
-  else return false;
+  if (text[1] == 'H' || text[1] == 'h')
+    radix = 16;
+  else if (text[1] == 'O' || text[1] == 'o')
+    radix = 8;
+  else
+    return false;
   return true;
 }
 
@@ -91,7 +101,8 @@ double Val(std::string_view text) {
   int radix = 0;
   if (StartsWithRadix(rest, radix)) {
     std::size_t end = 2;
-    while (end < rest.size() && DigitValue(rest[end], radix) >= 0) ++end;
+    while (end < rest.size() && DigitValue(rest[end], radix) >= 0)
+      ++end;
     return RadixValue(rest.substr(2, end - 2), radix);
   }
   std::size_t length = DecimalLength(rest);
@@ -126,8 +137,10 @@ std::string RealText(double value, int digits, bool leading_zero) {
   std::string text = buffer;
   if (text == "-0") text = "0";
   if (!leading_zero) {
-    if (text.starts_with("0.")) text.erase(0, 1);
-    else if (text.starts_with("-0.")) text.erase(1, 1);
+    if (text.starts_with("0."))
+      text.erase(0, 1);
+    else if (text.starts_with("-0."))
+      text.erase(1, 1);
   }
   return text;
 }

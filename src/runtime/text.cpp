@@ -12,7 +12,8 @@ namespace errc = seluvorne::errc;
 // Byte offset of the character `count` characters after `from` (or the end).
 std::size_t Advance(std::string_view text, std::size_t from, std::int32_t count) {
   std::size_t position = from;
-  for (std::int32_t i = 0; i < count && position < text.size(); ++i) DecodeNext(text, position);
+  for (std::int32_t i = 0; i < count && position < text.size(); ++i)
+    DecodeNext(text, position);
   return position;
 }
 
@@ -22,7 +23,11 @@ char32_t DecodeNext(std::string_view text, std::size_t& position) {
   constexpr char32_t kReplacement = 0xFFFD;
   auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
   unsigned char lead = byte(position);
-  int length = lead < 0x80 ? 1 : (lead >> 5) == 0x6 ? 2 : (lead >> 4) == 0xE ? 3 : (lead >> 3) == 0x1E ? 4 : 0;
+  int length = lead < 0x80           ? 1
+               : (lead >> 5) == 0x6  ? 2
+               : (lead >> 4) == 0xE  ? 3
+               : (lead >> 3) == 0x1E ? 4
+                                     : 0;
   if (length == 1) {
     ++position;
     return lead;
@@ -85,7 +90,8 @@ std::string Trim(std::string_view text) {
 
 std::int32_t Len(std::string_view text) {
   std::int32_t count = 0;
-  for (std::size_t position = 0; position < text.size(); ++count) DecodeNext(text, position);
+  for (std::size_t position = 0; position < text.size(); ++count)
+    DecodeNext(text, position);
   return count;
 }
 
@@ -112,7 +118,8 @@ std::int32_t InStr(std::int32_t start, std::string_view text, std::string_view f
   if (start < 1) Raise(errc::kInvalidCall);
   std::size_t position = 0;
   std::int32_t index = 1;  // character number at `position`
-  for (; index < start && position < text.size(); ++index) DecodeNext(text, position);
+  for (; index < start && position < text.size(); ++index)
+    DecodeNext(text, position);
   if (index < start) return 0;  // start lies beyond the end
   if (find.empty()) return start;
   for (; position < text.size(); ++index) {

@@ -9,7 +9,8 @@ VarType ElementType(const AnyArray& array) {
   return kTypes[array.index()];
 }
 
-Variant::ArrayBox::ArrayBox(AnyArray array) : array_(std::make_unique<AnyArray>(std::move(array))) {}
+Variant::ArrayBox::ArrayBox(AnyArray array)
+    : array_(std::make_unique<AnyArray>(std::move(array))) {}
 Variant::ArrayBox::ArrayBox(const ArrayBox& other)
     : array_(std::make_unique<AnyArray>(*other.array_)) {}
 Variant::ArrayBox& Variant::ArrayBox::operator=(const ArrayBox& other) {
@@ -19,10 +20,9 @@ Variant::ArrayBox& Variant::ArrayBox::operator=(const ArrayBox& other) {
 Variant::ArrayBox::~ArrayBox() = default;
 
 VarType Variant::type() const {
-  static constexpr VarType kTypes[] = {VarType::Empty,   VarType::Null,   VarType::Integer,
-                                       VarType::Long,    VarType::Single, VarType::Double,
-                                       VarType::Boolean, VarType::String, VarType::Object,
-                                       VarType::Array};
+  static constexpr VarType kTypes[] = {
+      VarType::Empty,  VarType::Null,    VarType::Integer, VarType::Long,   VarType::Single,
+      VarType::Double, VarType::Boolean, VarType::String,  VarType::Object, VarType::Array};
   return kTypes[value_.index()];
 }
 

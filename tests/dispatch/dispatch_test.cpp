@@ -39,7 +39,8 @@ class Gauge : public DispatchImpl<Gauge> {
   }
   bool Fill(vb::Array<std::int16_t>& values) {
     values.ReDim({3});
-    for (std::int16_t i = 0; i <= 3; ++i) values(i) = static_cast<std::int16_t>(i * 10);
+    for (std::int16_t i = 0; i <= 3; ++i)
+      values(i) = static_cast<std::int16_t>(i * 10);
     return true;
   }
   std::int32_t Sum(std::int16_t a, std::optional<std::int16_t> b) { return a + b.value_or(100); }
@@ -111,7 +112,7 @@ TEST_F(DispatchTest, ArraysByReferenceAreDimensionedByTheCallee) {
 
 TEST_F(DispatchTest, ArgumentsAreCoercedWithTheRuntimesRules) {
   EXPECT_EQ(Call("Sum", "12", 2.5), Variant(std::int32_t{14}));  // 2.5 rounds to 2
-  EXPECT_EQ(Call("Sum", 1), Variant(std::int32_t{101}));          // optional left out
+  EXPECT_EQ(Call("Sum", 1), Variant(std::int32_t{101}));         // optional left out
   EXPECT_RAISES(Call("Sum", "abc"), kTypeMismatch);
   EXPECT_RAISES(Call("Sum", 40000), kOverflow);
   EXPECT_RAISES(Call("Sum", Variant(vb::Null)), kInvalidUseOfNull);

@@ -26,7 +26,8 @@ TEST(Array, UnallocatedAndOutOfBoundsRaiseNine) {
 TEST(Array, ReDimPreserveKeepsElementsAndOnlyMovesTheLastBound) {
   vb::Array<std::string> fields_by_row({5, 1});  // (field, row), as GetRows fills it
   for (int f = 0; f <= 5; ++f)
-    for (int r = 0; r <= 1; ++r) fields_by_row(f, r) = std::to_string(f * 10 + r);
+    for (int r = 0; r <= 1; ++r)
+      fields_by_row(f, r) = std::to_string(f * 10 + r);
   fields_by_row.ReDimPreserve({5, 3});
   EXPECT_EQ(fields_by_row.UBound(2), 3);
   EXPECT_EQ(fields_by_row(5, 1), "51");

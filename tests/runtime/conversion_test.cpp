@@ -16,7 +16,9 @@ struct RoundCase {
   int expected;  // INT32_MIN: raises Overflow
 };
 
-std::ostream& operator<<(std::ostream& out, const RoundCase& c) { return out << c.value; }
+std::ostream& operator<<(std::ostream& out, const RoundCase& c) {
+  return out << c.value;
+}
 
 class CIntRounding : public testing::TestWithParam<RoundCase> {};
 
@@ -28,14 +30,15 @@ TEST_P(CIntRounding, RoundsHalfToEvenWithinSixteenBits) {
     EXPECT_EQ(vb::CInt(c.value), c.expected) << c.value;
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Halves, CIntRounding,
-    testing::Values(RoundCase{0.5, 0}, RoundCase{1.5, 2}, RoundCase{2.5, 2}, RoundCase{-0.5, 0},
-                    RoundCase{-1.5, -2}, RoundCase{-2.5, -2}, RoundCase{0.4999, 0},
-                    RoundCase{420.5, 420}, RoundCase{421.5, 422}, RoundCase{32767.4, 32767},
-                    RoundCase{32766.5, 32766}, RoundCase{32767.5, INT32_MIN},
-                    RoundCase{-32768.5, -32768}, RoundCase{-32768.6, INT32_MIN},
-                    RoundCase{NAN, INT32_MIN}));
+INSTANTIATE_TEST_SUITE_P(Halves, CIntRounding,
+                         testing::Values(RoundCase{0.5, 0}, RoundCase{1.5, 2}, RoundCase{2.5, 2},
+                                         RoundCase{-0.5, 0}, RoundCase{-1.5, -2},
+                                         RoundCase{-2.5, -2}, RoundCase{0.4999, 0},
+                                         RoundCase{420.5, 420}, RoundCase{421.5, 422},
+                                         RoundCase{32767.4, 32767}, RoundCase{32766.5, 32766},
+                                         RoundCase{32767.5, INT32_MIN}, RoundCase{-32768.5, -32768},
+                                         RoundCase{-32768.6, INT32_MIN},
+                                         RoundCase{NAN, INT32_MIN}));
 
 TEST(CLng, RoundsHalfToEvenWithinThirtyTwoBits) {
   EXPECT_EQ(vb::CLng(2147483646.5), 2147483646);
@@ -49,7 +52,9 @@ struct ValCase {
   double expected;
 };
 
-std::ostream& operator<<(std::ostream& out, const ValCase& c) { return out << '"' << c.text << '"'; }
+std::ostream& operator<<(std::ostream& out, const ValCase& c) {
+  return out << '"' << c.text << '"';
+}
 
 class ValPrefix : public testing::TestWithParam<ValCase> {};
 
@@ -63,11 +68,10 @@ INSTANTIATE_TEST_SUITE_P(
                     ValCase{" 12", 12}, ValCase{"-3", -3}, ValCase{"+4", 4}, ValCase{"1e3", 1000},
                     ValCase{"1D2", 100}, ValCase{"1e", 1}, ValCase{"1e+", 1}, ValCase{".5", 0.5},
                     ValCase{"1.2.3", 1.2}, ValCase{"1,000", 1}, ValCase{"1 2", 12},
-                    ValCase{"\t- 3", -3}, ValCase{"--1", 0}, ValCase{".", 0},
-                    ValCase{"&H10", 16}, ValCase{"&hff", 255}, ValCase{"&HFFFF", -1},
-                    ValCase{"&H8000", -32768}, ValCase{"&H10000", 65536},
-                    ValCase{"&HFFFFFFFF", -1}, ValCase{"&O17", 15}, ValCase{"&H", 0},
-                    ValCase{"&X1", 0}));
+                    ValCase{"\t- 3", -3}, ValCase{"--1", 0}, ValCase{".", 0}, ValCase{"&H10", 16},
+                    ValCase{"&hff", 255}, ValCase{"&HFFFF", -1}, ValCase{"&H8000", -32768},
+                    ValCase{"&H10000", 65536}, ValCase{"&HFFFFFFFF", -1}, ValCase{"&O17", 15},
+                    ValCase{"&H", 0}, ValCase{"&X1", 0}));
 
 TEST(Val, OverflowBeyondDouble) {
   EXPECT_RAISES(vb::Val("1e400"), kOverflow);

@@ -59,7 +59,9 @@ struct WidthCase {
   int width;
 };
 
-std::ostream& operator<<(std::ostream& out, const WidthCase& c) { return out << c.text; }
+std::ostream& operator<<(std::ostream& out, const WidthCase& c) {
+  return out << c.text;
+}
 
 class DoubleByteWidth : public testing::TestWithParam<WidthCase> {};
 
@@ -71,10 +73,10 @@ INSTANTIATE_TEST_SUITE_P(
     Characters, DoubleByteWidth,
     testing::Values(WidthCase{"A", 1}, WidthCase{"~", 1}, WidthCase{"ｱ", 1},  // half-width kana
                     WidthCase{"ﾟ", 1}, WidthCase{"漢", 2}, WidthCase{"あ", 2}, WidthCase{"ア", 2},
-                    WidthCase{"～", 2},   // U+FF5E, the code page's own tilde
-                    WidthCase{"Ａ", 2},   // full-width Latin
+                    WidthCase{"～", 2},  // U+FF5E, the code page's own tilde
+                    WidthCase{"Ａ", 2},  // full-width Latin
                     WidthCase{"😀", 1},   // no code in code page 932
-                    WidthCase{"é", 1},    // no code in code page 932
+                    WidthCase{"é", 1},   // no code in code page 932
                     WidthCase{"X3通り(Y1～Y5間)大梁部", 22}, WidthCase{"", 0}));
 
 TEST(DoubleByte, SingleCharacters) {

@@ -6,14 +6,14 @@
 #include "seluvorne/error.h"
 
 // EXPECT_RAISES(statement, number): `statement` throws seluvorne::Error with `number`.
-#define EXPECT_RAISES(statement, expected_number)                                  \
-  EXPECT_THROW(                                                                    \
-      {                                                                            \
-        try {                                                                      \
-          statement;                                                               \
-        } catch (const seluvorne::Error& raised) {                                 \
-          EXPECT_EQ(raised.number, (expected_number)) << raised.description;       \
-          throw;                                                                   \
-        }                                                                          \
-      },                                                                           \
+#define EXPECT_RAISES(statement, expected_number)                            \
+  EXPECT_THROW(                                                              \
+      {                                                                      \
+        try {                                                                \
+          statement;                                                         \
+        } catch (const seluvorne::Error& raised) {                           \
+          EXPECT_EQ(raised.number, (expected_number)) << raised.description; \
+          throw;                                                             \
+        }                                                                    \
+      },                                                                     \
       seluvorne::Error)
