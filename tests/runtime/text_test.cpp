@@ -3,6 +3,7 @@
 #include <ostream>
 
 #include "error_matchers.h"
+#include "seluvorne/paths.h"
 #include "seluvorne/runtime.h"
 
 namespace {
@@ -83,6 +84,13 @@ TEST(DoubleByte, SingleCharacters) {
   EXPECT_FALSE(vb::IsDoubleByte(U'a'));
   EXPECT_TRUE(vb::IsDoubleByte(U'梁'));
   EXPECT_FALSE(vb::IsDoubleByte(U'\U0001F600'));
+}
+
+TEST(Paths, InterfaceBackslashesBecomeNative) {
+  EXPECT_EQ(seluvorne::NativePath("/data\\Zene1\\Kouji2\\3kai\\SELUVORN.mdb").string(),
+            "/data/Zene1/Kouji2/3kai/SELUVORN.mdb");
+  EXPECT_EQ(seluvorne::NativePath("\\SELUVORN.mdb").string(), "/SELUVORN.mdb");
+  EXPECT_EQ(seluvorne::NativePath("/already/native").string(), "/already/native");
 }
 
 }  // namespace
