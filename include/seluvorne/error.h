@@ -32,21 +32,34 @@ inline constexpr int kCannotCreateObject = 429;
 inline constexpr int kMemberNotSupported = 438;
 inline constexpr int kAutomationError = 440;
 inline constexpr int kWrongArgumentCount = 450;
+inline constexpr int kEngineReserved = 3000;
+inline constexpr int kInvalidArgument = 3001;
 inline constexpr int kTableExists = 3010;
+inline constexpr int kUpdateWithoutAddNew = 3020;
 inline constexpr int kNoCurrentRecord = 3021;
 inline constexpr int kFileNotFoundDb = 3024;
+inline constexpr int kReadOnly = 3027;
+inline constexpr int kDiskError = 3043;
 inline constexpr int kInvalidPath = 3044;
+inline constexpr int kCannotOpenFile = 3051;
+inline constexpr int kCannotExecuteSelect = 3065;
 inline constexpr int kTableNotFound = 3078;
+inline constexpr int kInvalidName = 3125;
 inline constexpr int kSyntaxError = 3131;
+inline constexpr int kTextAfterStatement = 3142;
 inline constexpr int kFieldTooSmall = 3163;
 inline constexpr int kDatabaseExists = 3204;
 inline constexpr int kLocked = 3218;
+inline constexpr int kInvalidOperation = 3219;
+inline constexpr int kInvalidFieldType = 3259;
+inline constexpr int kNoFieldDefined = 3264;
 inline constexpr int kItemNotFound = 3265;
 inline constexpr int kZeroLengthNotAllowed = 3315;
 inline constexpr int kUnrecognizedFormat = 3343;
 inline constexpr int kNumericOverflow = 3349;
 inline constexpr int kObjectExists = 3367;
 inline constexpr int kObjectInvalid = 3420;
+inline constexpr int kConversionError = 3421;
 }  // namespace errc
 
 // The source named by errors the library raises itself.

@@ -207,16 +207,19 @@ class MemberTable {
                      std::span<vb::Variant> args) const {
     const Entry* entry = Find(name, kind);
     if (!entry) Raise(errc::kMemberNotSupported, {}, SourceOf(name));
+    // `db.TableDefs(0)`: arguments given to a member that takes none go to the
+    // default member of the object it answers, as the runtime does.
+    if (entry->max_args == 0 && !args.empty() && kind != CallKind::PropertyPut) {
+      vb::Variant result = Run(*entry, self, {});
+      const Object* object = result.peek<Object>();
+      if (object && *object && !(*object)->defaultMember().empty())
+        return (*object)->invoke((*object)->defaultMember(), kind, args);
+      Raise(errc::kWrongArgumentCount, {}, SourceOf(name));
+    }
     if (static_cast<int>(args.size()) < entry->min_args ||
         static_cast<int>(args.size()) > entry->max_args)
       Raise(errc::kWrongArgumentCount, {}, SourceOf(name));
-    try {
-      return entry->call(self, args);
-    } catch (const Error&) {
-      throw;
-    } catch (...) {
-      detail::RethrowAsError(class_name_);
-    }
+    return Run(*entry, self, args);
   }
 
   std::optional<MemberKinds> describe(std::string_view name) const {
@@ -243,6 +246,16 @@ class MemberTable {
   struct Kinds {
     std::optional<Entry> method, get, put;
   };
+
+  vb::Variant Run(const Entry& entry, C& self, std::span<vb::Variant> args) const {
+    try {
+      return entry.call(self, args);
+    } catch (const Error&) {
+      throw;
+    } catch (...) {
+      detail::RethrowAsError(class_name_);
+    }
+  }
 
   template <class R, class... A, class F>
   static Call Bind(F function) {

@@ -5,6 +5,8 @@
 
 #include <mutex>
 
+#include "seluvorne/dao.h"
+
 namespace seluvorne {
 
 namespace {
@@ -12,11 +14,19 @@ std::once_flag started;
 }  // namespace
 
 void StartLibrary() {
-  std::call_once(started, [] {});
+  std::call_once(started, [] {
+    // Creating the engine by name gives the one shared engine.
+    for (const char* prog_id : {"DAO.DBEngine.36", "DAO.DBEngine"})
+      Register(prog_id, [] { return Object(dao::DBEngine::Instance()); });
+  });
 }
 
-void RestartLibrary() { StartLibrary(); }
+void RestartLibrary() {
+  StartLibrary();
+}
 
-Object DBEngine() { Raise(errc::kCannotCreateObject, "(DAO.DBEngine)"); }
+Object DBEngine() {
+  return dao::DBEngine::Instance();
+}
 
 }  // namespace seluvorne

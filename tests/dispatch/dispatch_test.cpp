@@ -58,6 +58,38 @@ class Gauge : public DispatchImpl<Gauge> {
   std::string labels_[2];
 };
 
+// A collection whose default member takes the index, as Fields and TableDefs do.
+class Shelf : public DispatchImpl<Shelf> {
+ public:
+  static const MemberTable<Shelf>& Members() {
+    static const auto table =
+        MemberTable<Shelf>("Shelf").get("Item", &Shelf::Item).defaultMember("Item");
+    return table;
+  }
+  std::string Item(std::int16_t index) const { return "item " + vb::StrTrimmed(index); }
+};
+
+class Holder : public DispatchImpl<Holder> {
+ public:
+  static const MemberTable<Holder>& Members() {
+    static const auto table =
+        MemberTable<Holder>("Holder").get("Shelf", &Holder::GetShelf).get("Count", &Holder::Count);
+    return table;
+  }
+  std::shared_ptr<Shelf> GetShelf() const { return std::make_shared<Shelf>(); }
+  std::int16_t Count() const { return 2; }
+};
+
+TEST(DefaultMemberTest, ArgumentsOfAMemberWithoutParametersGoToItsResultsDefaultMember) {
+  Object holder = std::make_shared<Holder>();
+  std::vector<Variant> index{Variant(std::int16_t{3})};
+  EXPECT_EQ(Invoke(holder, "Shelf", CallKind::PropertyGet, index), Variant("item 3"));
+  EXPECT_EQ(Invoke(holder, "shelf", CallKind::Method, index), Variant("item 3"));
+  EXPECT_RAISES(Invoke(holder, "Count", CallKind::PropertyGet, index), kWrongArgumentCount);
+  std::vector<Variant> two{Variant(1), Variant(2)};
+  EXPECT_RAISES(Invoke(holder, "Shelf", CallKind::PropertyGet, two), kWrongArgumentCount);
+}
+
 class DispatchTest : public testing::Test {
  protected:
   void SetUp() override {

@@ -1,0 +1,79 @@
+// The catalogue: what the engine remembers about a database beyond what
+// SQLite keeps. Each table's fields in order with their type, size, default
+// value and allow-zero-length flag, the locale given at creation, and the
+// name of the SQLite table behind each table.
+//
+// It lives in three tables of the file, which describe themselves too and so
+// are listed first by TableDefs, as the original engine listed its system
+// tables:
+//   MSysProperties (Name, Value)            the format marker and the locale
+//   MSysTables     (Name, StoredName, Position)
+//   MSysFields     (TableName, Position, Name, Type, Size, DefaultValue, AllowZeroLength)
+//
+// Table names are kept exactly as given. SQLite compares names without regard
+// to letter case, so a table whose name differs from another only in case is
+// stored under a made-up name ("SPANTOP~2"); statements reach it through
+// Find, which prefers the exact name.
+#pragma once
+
+#include <SQLiteCpp/Database.h>
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace seluvorne::db {
+
+struct FieldDefinition {
+  std::string name;
+  std::int16_t type = 0;      // dbInteger or dbText
+  std::int32_t size = 0;      // characters of a text field; 2 for an integer
+  std::string default_value;  // an expression text, empty for none
+  bool allow_zero_length = false;
+};
+
+struct TableDefinition {
+  std::string name;         // exactly as given
+  std::string stored_name;  // the SQLite table
+  std::vector<FieldDefinition> fields;
+
+  // The position of the field of that name (letter case ignored), or -1.
+  int FieldIndex(std::string_view field_name) const;
+};
+
+// The SQL form of an identifier: in double quotes, inner quotes doubled.
+std::string QuoteIdentifier(std::string_view name);
+
+// Raises 3125 unless `name` can name a table or field: 1 to 64 characters,
+// no leading blank, none of . ! ` [ ] or control characters, and not SQLite's
+// reserved "sqlite_" prefix.
+void CheckName(std::string_view name);
+
+class Catalogue {
+ public:
+  // Writes the catalogue tables, the format marker and the locale into a new,
+  // empty database.
+  static void Create(SQLite::Database& sqlite, std::string_view locale);
+
+  // Reads the catalogue of an open database; 3343 when it has none of ours.
+  static Catalogue Load(SQLite::Database& sqlite, std::string_view shown_path);
+
+  // Creates the table, its hidden indexes and its catalogue rows in one
+  // transaction. Raises 3010 when a table of exactly that name exists.
+  static void AppendTable(SQLite::Database& sqlite, const TableDefinition& table);
+
+  // The catalogue tables first, then the user tables in creation order.
+  const std::vector<std::shared_ptr<const TableDefinition>>& tables() const { return tables_; }
+  // The table of exactly that name, else the first whose name differs only in
+  // letter case; null when there is none.
+  std::shared_ptr<const TableDefinition> Find(std::string_view name) const;
+  const std::string& locale() const { return locale_; }
+
+ private:
+  std::vector<std::shared_ptr<const TableDefinition>> tables_;
+  std::string locale_;
+};
+
+}  // namespace seluvorne::db

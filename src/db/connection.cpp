@@ -1,0 +1,205 @@
+#include "connection.h"
+
+#include <fcntl.h>
+#include <sqlite3.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cstdlib>
+#include <mutex>
+
+#include "file_format.h"
+#include "seluvorne/error.h"
+
+namespace seluvorne::db {
+
+namespace {
+
+constexpr std::size_t kCachedStatements = 64;
+constexpr std::size_t kCachedTranslations = 256;
+
+std::int32_t InitialBusyTimeout() {
+  if (const char* text = std::getenv("SELUVORNE_BUSY_TIMEOUT_MS")) {
+    char* end = nullptr;
+    long value = std::strtol(text, &end, 10);
+    if (end != text && *end == '\0' && value >= 0 && value <= INT32_MAX)
+      return static_cast<std::int32_t>(value);
+  }
+  return 5000;
+}
+
+std::atomic<std::int32_t>& BusyTimeoutSetting() {
+  static std::atomic<std::int32_t> milliseconds{InitialBusyTimeout()};
+  return milliseconds;
+}
+
+std::mutex registry_mutex;
+
+void RemoveQuietly(const std::filesystem::path& path) {
+  std::error_code ignored;
+  std::filesystem::remove(path, ignored);
+}
+
+}  // namespace
+
+std::vector<std::filesystem::path> CompanionFiles(const std::filesystem::path& path) {
+  std::vector<std::filesystem::path> files;
+  for (const char* suffix : {"-wal", "-shm", "-journal"})
+    files.push_back(path.string() + suffix);
+  return files;
+}
+
+Connection::Registry& Connection::TheRegistry() {
+  static Registry* registry = new Registry;  // never destroyed: handles may outlive main
+  return *registry;
+}
+
+bool Connection::Identify(const std::filesystem::path& path, FileIdentity& identity) {
+  struct stat status {};
+  if (::stat(path.c_str(), &status) != 0) return false;
+  identity = {static_cast<std::uint64_t>(status.st_dev), static_cast<std::uint64_t>(status.st_ino)};
+  return true;
+}
+
+Connection::Connection(const std::filesystem::path& path, std::string_view shown_path,
+                       int open_flags)
+    : sqlite_(path.string(), open_flags, BusyTimeout()), shown_path_(shown_path) {
+  Identify(path, identity_);
+  sqlite_.exec("PRAGMA journal_mode=WAL");
+  sqlite_.exec("PRAGMA synchronous=NORMAL");
+}
+
+Connection::~Connection() {
+  std::lock_guard lock(registry_mutex);
+  auto found = TheRegistry().find(identity_);
+  if (found != TheRegistry().end() && found->second.expired()) TheRegistry().erase(found);
+}
+
+std::shared_ptr<Connection> Connection::Register(std::unique_ptr<Connection> connection) {
+  std::shared_ptr<Connection> shared(std::move(connection));
+  std::lock_guard lock(registry_mutex);
+  TheRegistry()[shared->identity_] = shared;
+  return shared;
+}
+
+std::shared_ptr<Connection> Connection::Open(const std::filesystem::path& path,
+                                             std::string_view shown_path) {
+  FileIdentity identity;
+  if (Identify(path, identity)) {
+    std::lock_guard lock(registry_mutex);
+    auto found = TheRegistry().find(identity);
+    if (found != TheRegistry().end())
+      if (std::shared_ptr<Connection> shared = found->second.lock()) return shared;
+  }
+  CheckDatabaseFile(path, shown_path);
+  return Guarded(shown_path, [&] {
+    std::unique_ptr<Connection> connection(
+        new Connection(path, shown_path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX));
+    connection->LoadCatalogue();
+    return Register(std::move(connection));
+  });
+}
+
+std::shared_ptr<Connection> Connection::Create(const std::filesystem::path& path,
+                                               std::string_view shown_path,
+                                               std::string_view locale) {
+  // Companion files without their database are left over from a crash; a
+  // new file must not pick up their pages.
+  for (const auto& companion : CompanionFiles(path))
+    RemoveQuietly(companion);
+  // Created exclusively, so that a file another process made meanwhile is
+  // never touched.
+  int descriptor = ::open(path.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, 0666);
+  if (descriptor < 0) {
+    if (errno == EEXIST) Raise(errc::kDatabaseExists);
+    Raise(errc::kCannotOpenFile, shown_path);
+  }
+  ::close(descriptor);
+  try {
+    return Guarded(shown_path, [&] {
+      std::unique_ptr<Connection> connection(
+          new Connection(path, shown_path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX));
+      Catalogue::Create(connection->sqlite_, locale);
+      connection->LoadCatalogue();
+      return Register(std::move(connection));
+    });
+  } catch (...) {
+    RemoveQuietly(path);
+    for (const auto& companion : CompanionFiles(path))
+      RemoveQuietly(companion);
+    throw;
+  }
+}
+
+bool Connection::IsOpen(const std::filesystem::path& path) {
+  FileIdentity identity;
+  if (!Identify(path, identity)) return false;
+  std::lock_guard lock(registry_mutex);
+  auto found = TheRegistry().find(identity);
+  return found != TheRegistry().end() && !found->second.expired();
+}
+
+std::int32_t Connection::BusyTimeout() {
+  return BusyTimeoutSetting().load();
+}
+
+void Connection::SetBusyTimeout(std::int32_t milliseconds) {
+  if (milliseconds < 0) Raise(errc::kInvalidCall);
+  BusyTimeoutSetting() = milliseconds;
+  std::lock_guard lock(registry_mutex);
+  for (auto& [identity, weak] : TheRegistry())
+    if (std::shared_ptr<Connection> connection = weak.lock())
+      connection->sqlite_.setBusyTimeout(milliseconds);
+}
+
+void Connection::LoadCatalogue() {
+  SQLite::Statement& version = Prepare("PRAGMA schema_version");
+  version.executeStep();
+  std::int64_t schema_version = version.getColumn(0).getInt64();
+  version.reset();
+  if (schema_version == catalogue_version_) return;
+  catalogue_ = Catalogue::Load(sqlite_, shown_path_);
+  catalogue_version_ = schema_version;
+  translations_.clear();
+}
+
+const Catalogue& Connection::catalogue() {
+  Guarded(shown_path_, [&] { LoadCatalogue(); });
+  return catalogue_;
+}
+
+void Connection::AppendTable(const TableDefinition& table) {
+  Guarded(shown_path_, [&] {
+    Catalogue::AppendTable(sqlite_, table);
+    LoadCatalogue();
+  });
+}
+
+const Translation& Connection::Translate(const std::string& sql) {
+  const Catalogue& current = catalogue();
+  auto found = translations_.find(sql);
+  if (found != translations_.end()) return found->second;
+  if (translations_.size() >= kCachedTranslations) translations_.clear();
+  return translations_.emplace(sql, TranslateStatement(sql, current)).first->second;
+}
+
+SQLite::Statement& Connection::Prepare(const std::string& sql, Stage stage) {
+  auto found = statements_.find(sql);
+  if (found == statements_.end()) {
+    if (statements_.size() >= kCachedStatements) {
+      auto oldest = statements_.begin();
+      for (auto it = statements_.begin(); it != statements_.end(); ++it)
+        if (it->second.last_use < oldest->second.last_use) oldest = it;
+      statements_.erase(oldest);
+    }
+    auto statement = Guarded(
+        shown_path_, [&] { return std::make_unique<SQLite::Statement>(sqlite_, sql); }, stage);
+    found = statements_.emplace(sql, CachedStatement{std::move(statement), 0}).first;
+  }
+  found->second.last_use = ++uses_;
+  found->second.statement->tryReset();  // a failure of its last run was reported then
+  return *found->second.statement;
+}
+
+}  // namespace seluvorne::db

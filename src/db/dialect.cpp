@@ -1,0 +1,113 @@
+#include "dialect.h"
+
+#include <vector>
+
+#include "seluvorne/error.h"
+#include "seluvorne/member_table.h"
+
+namespace seluvorne::db {
+
+namespace {
+
+struct Token {
+  enum Kind { Word, QuotedName, Other } kind;
+  std::size_t begin, end;  // the token's bytes in the statement
+  std::string name;        // a word, or a quoted name without its quotes
+};
+
+bool IsWordByte(unsigned char c) {
+  return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '_' ||
+         c == '$' || c >= 0x80;
+}
+
+// Splits the statement into words, quoted names ("x", [x], `x`) and other
+// tokens (literals, numbers, punctuation); blanks and comments are skipped.
+std::vector<Token> Tokens(std::string_view sql) {
+  std::vector<Token> tokens;
+  std::size_t i = 0;
+  while (i < sql.size()) {
+    unsigned char c = sql[i];
+    if (c == ' ' || c == '\t' || c == '\r' || c == '\n') {
+      ++i;
+    } else if (sql.substr(i, 2) == "--") {
+      i = sql.find('\n', i);
+      if (i == std::string_view::npos) i = sql.size();
+    } else if (sql.substr(i, 2) == "/*") {
+      std::size_t close = sql.find("*/", i + 2);
+      i = close == std::string_view::npos ? sql.size() : close + 2;
+    } else if (IsWordByte(c)) {
+      std::size_t begin = i;
+      while (i < sql.size() && IsWordByte(sql[i]))
+        ++i;
+      tokens.push_back({Token::Word, begin, i, std::string(sql.substr(begin, i - begin))});
+    } else if (c == '"' || c == '[' || c == '`' || c == '\'') {
+      char close = c == '[' ? ']' : static_cast<char>(c);
+      std::size_t begin = i++;
+      std::string content;
+      while (i < sql.size()) {
+        if (sql[i] == close) {
+          if (close != ']' && i + 1 < sql.size() && sql[i + 1] == close) {
+            content += close;  // a doubled quote stands for itself
+            i += 2;
+            continue;
+          }
+          ++i;
+          break;
+        }
+        content += sql[i++];
+      }
+      tokens.push_back({c == '\'' ? Token::Other : Token::QuotedName, begin, i, content});
+    } else {
+      tokens.push_back({Token::Other, i, i + 1, std::string(1, static_cast<char>(c))});
+      ++i;
+    }
+  }
+  return tokens;
+}
+
+bool IsKeyword(const Token& token, std::string_view keyword) {
+  return token.kind == Token::Word && detail::NameEqual{}(token.name, keyword);
+}
+
+}  // namespace
+
+Translation TranslateStatement(std::string_view sql, const Catalogue& catalogue) {
+  std::vector<Token> tokens = Tokens(sql);
+  if (tokens.empty()) Raise(errc::kSyntaxError, "(empty statement)");
+  Translation translation;
+  int tables_named = 0;
+  std::size_t copied = 0;  // bytes of `sql` already in the translation
+  auto replace = [&](const Token& token, std::string_view with) {
+    translation.text.append(sql.substr(copied, token.begin - copied)).append(with);
+    copied = token.end;
+  };
+
+  for (std::size_t i = 0; i < tokens.size(); ++i) {
+    const Token& token = tokens[i];
+    if (token.kind == Token::Other && token.name == ";") {
+      for (std::size_t rest = i + 1; rest < tokens.size(); ++rest)
+        if (tokens[rest].name != ";") Raise(errc::kTextAfterStatement);
+      break;
+    }
+    if (token.name == "*" && i > 0 && IsKeyword(tokens[i - 1], "DELETE") && i + 1 < tokens.size() &&
+        IsKeyword(tokens[i + 1], "FROM")) {
+      replace(token, "");
+      continue;
+    }
+    bool names_table = i > 0 && token.kind != Token::Other &&
+                       (IsKeyword(tokens[i - 1], "FROM") || IsKeyword(tokens[i - 1], "JOIN") ||
+                        IsKeyword(tokens[i - 1], "UPDATE") || IsKeyword(tokens[i - 1], "INTO"));
+    if (!names_table) continue;
+    std::shared_ptr<const TableDefinition> table = catalogue.Find(token.name);
+    if (!table) Raise(errc::kTableNotFound, token.name);
+    replace(token, QuoteIdentifier(table->stored_name));
+    if (++tables_named == 1)
+      translation.table = table;
+    else if (translation.table != table)
+      translation.table = nullptr;
+  }
+  translation.text.append(sql.substr(copied));
+  return translation;
+}
+
+}  // namespace seluvorne::db

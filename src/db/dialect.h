@@ -1,0 +1,30 @@
+// The SQL the engine accepts: SQLite's, with the desktop database's
+// `DELETE * FROM`, and table names resolved through the catalogue.
+//
+// The stores send simple statements built from fixed fragments and numbers
+// (SELECT * FROM t WHERE PAGE = n;, DELETE * FROM t WHERE ... ;, UPDATE t SET
+// ...). Translation rewrites only two things: the `*` of `DELETE * FROM`
+// goes, and a table named after FROM, JOIN, UPDATE or INTO becomes its
+// SQLite table, found by the exact name first and then by one that differs
+// only in letter case. Everything else is left to SQLite to judge.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "catalogue.h"
+
+namespace seluvorne::db {
+
+struct Translation {
+  std::string text;  // the statement for SQLite
+  // The table a statement that names exactly one table names, else null.
+  std::shared_ptr<const TableDefinition> table;
+};
+
+// Raises 3078 for a table the catalogue does not know, 3142 for text after
+// the statement's closing semicolon.
+Translation TranslateStatement(std::string_view sql, const Catalogue& catalogue);
+
+}  // namespace seluvorne::db

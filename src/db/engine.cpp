@@ -1,0 +1,114 @@
+// The engine and its default workspace: where databases are opened and made.
+
+#include <filesystem>
+
+#include "connection.h"
+#include "seluvorne/dao.h"
+#include "seluvorne/paths.h"
+#include "states.h"
+
+namespace seluvorne::dao {
+
+namespace {
+
+// 3044 when the folder the file would be in does not exist.
+void CheckFolder(const std::filesystem::path& native, const std::string& shown_path) {
+  std::filesystem::path folder = native.parent_path();
+  std::error_code ignored;
+  if (!folder.empty() && !std::filesystem::is_directory(folder, ignored))
+    Raise(errc::kInvalidPath, shown_path);
+}
+
+std::shared_ptr<Database> Handle(const std::string& path,
+                                 std::shared_ptr<db::Connection> connection) {
+  return std::make_shared<Database>(
+      std::make_shared<db::DatabaseState>(db::DatabaseState{path, std::move(connection)}));
+}
+
+}  // namespace
+
+// ---- DBEngine ---------------------------------------------------------------
+
+const MemberTable<DBEngine>& DBEngine::Members() {
+  static const auto table = MemberTable<DBEngine>("DBEngine")
+                                .get("Workspaces", &DBEngine::Workspaces)
+                                .method("OpenDatabase", &DBEngine::OpenDatabase)
+                                .method("CreateDatabase", &DBEngine::CreateDatabase)
+                                .get("BusyTimeout", &DBEngine::BusyTimeout)
+                                .put("BusyTimeout", &DBEngine::SetBusyTimeout);
+  return table;
+}
+
+std::shared_ptr<DBEngine> DBEngine::Instance() {
+  // Never released: handles may be used until the process ends.
+  static auto* engine = new std::shared_ptr<DBEngine>(std::make_shared<DBEngine>());
+  return *engine;
+}
+
+std::shared_ptr<Workspace> DBEngine::Workspaces(const vb::Variant& index) {
+  bool first =
+      index.isString() ? *index.peek<std::string>() == "#Default Workspace#" : vb::CLng(index) == 0;
+  if (!first) Raise(errc::kItemNotFound);
+  if (!workspace_) workspace_ = std::make_shared<Workspace>();
+  return workspace_;
+}
+
+std::shared_ptr<Database> DBEngine::OpenDatabase(const std::string& path,
+                                                 std::optional<vb::Variant> options,
+                                                 std::optional<bool> read_only,
+                                                 std::optional<std::string> connect) {
+  return Workspaces(vb::Variant(std::int16_t{0}))
+      ->OpenDatabase(path, std::move(options), read_only, std::move(connect));
+}
+
+std::shared_ptr<Database> DBEngine::CreateDatabase(const std::string& path,
+                                                   const std::string& locale,
+                                                   std::optional<std::int32_t> options) {
+  return Workspaces(vb::Variant(std::int16_t{0}))->CreateDatabase(path, locale, options);
+}
+
+std::int32_t DBEngine::BusyTimeout() const {
+  return db::Connection::BusyTimeout();
+}
+
+void DBEngine::SetBusyTimeout(std::int32_t milliseconds) {
+  db::Connection::SetBusyTimeout(milliseconds);
+}
+
+// ---- Workspace --------------------------------------------------------------
+
+const MemberTable<Workspace>& Workspace::Members() {
+  static const auto table = MemberTable<Workspace>("Workspace")
+                                .get("Name", &Workspace::Name)
+                                .method("OpenDatabase", &Workspace::OpenDatabase)
+                                .method("CreateDatabase", &Workspace::CreateDatabase);
+  return table;
+}
+
+std::shared_ptr<Database> Workspace::OpenDatabase(const std::string& path,
+                                                  std::optional<vb::Variant> options,
+                                                  std::optional<bool> read_only,
+                                                  std::optional<std::string> connect) {
+  if ((options && vb::CBool(*options)) || read_only.value_or(false) ||
+      !connect.value_or("").empty())
+    Raise(errc::kInvalidArgument, "(only shared, read-write opens are supported)");
+  std::filesystem::path native = NativePath(path);
+  CheckFolder(native, path);
+  std::error_code ignored;
+  if (!std::filesystem::is_regular_file(native, ignored)) Raise(errc::kFileNotFoundDb, path);
+  return Handle(path, db::Connection::Open(native, path));
+}
+
+std::shared_ptr<Database> Workspace::CreateDatabase(const std::string& path,
+                                                    const std::string& locale,
+                                                    std::optional<std::int32_t>) {
+  if (!locale.starts_with(";LANGID=")) Raise(errc::kInvalidArgument, "(locale '" + locale + "')");
+  std::filesystem::path native = NativePath(path);
+  CheckFolder(native, path);
+  std::error_code ignored;
+  if (std::filesystem::exists(std::filesystem::symlink_status(native, ignored)))
+    Raise(errc::kDatabaseExists);
+  return Handle(path, db::Connection::Create(native, path, locale));
+}
+
+}  // namespace seluvorne::dao

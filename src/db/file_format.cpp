@@ -1,0 +1,58 @@
+#include "file_format.h"
+
+#include <array>
+#include <cstdint>
+#include <cstring>
+#include <fstream>
+
+#include "seluvorne/error.h"
+
+namespace seluvorne::db {
+
+namespace {
+
+constexpr std::size_t kHeaderSize = 100;  // SQLite's database header
+
+std::uint32_t BigEndian32(const unsigned char* bytes) {
+  return (std::uint32_t{bytes[0]} << 24) | (std::uint32_t{bytes[1]} << 16) |
+         (std::uint32_t{bytes[2]} << 8) | bytes[3];
+}
+
+// Jet 3/4 files (and their successor) name their engine at byte 4.
+bool IsJetHeader(const unsigned char* bytes, std::size_t size) {
+  if (size < 19) return false;
+  return std::memcmp(bytes + 4, "Standard Jet DB", 15) == 0 ||
+         std::memcmp(bytes + 4, "Standard ACE DB", 15) == 0;
+}
+
+[[noreturn]] void RaiseUnrecognized(std::string_view shown_path, std::string_view note = {}) {
+  Error error = MakeError(errc::kUnrecognizedFormat, shown_path);
+  if (note.empty()) throw error;
+  throw Error(error.number, error.source, error.description + " " + std::string(note));
+}
+
+}  // namespace
+
+void CheckDatabaseFile(const std::filesystem::path& path, std::string_view shown_path) {
+  std::array<unsigned char, kHeaderSize> header{};
+  std::ifstream file(path, std::ios::binary);
+  file.read(reinterpret_cast<char*>(header.data()), header.size());
+  std::size_t read = static_cast<std::size_t>(file.gcount());
+
+  if (IsJetHeader(header.data(), read))
+    RaiseUnrecognized(shown_path,
+                      "It is a legacy (Jet) floor file, which this version cannot open yet.");
+  if (read < kHeaderSize || std::memcmp(header.data(), "SQLite format 3", 16) != 0)
+    RaiseUnrecognized(shown_path);
+
+  // The page count at byte 28 holds when the change counter at byte 24
+  // matches the one at byte 92; a file shorter than that was cut off.
+  std::uint32_t page_size = (std::uint32_t{header[16]} << 8) | header[17];
+  std::uint64_t bytes_per_page = page_size == 1 ? 65536 : page_size;
+  std::uint32_t pages = BigEndian32(&header[28]);
+  if (BigEndian32(&header[24]) == BigEndian32(&header[92]) &&
+      std::filesystem::file_size(path) < bytes_per_page * pages)
+    RaiseUnrecognized(shown_path);
+}
+
+}  // namespace seluvorne::db

@@ -1,0 +1,90 @@
+#include "seluvorne/files.h"
+
+#include <SQLiteCpp/Backup.h>
+#include <SQLiteCpp/Database.h>
+
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+
+#include "connection.h"
+#include "seluvorne/error.h"
+#include "seluvorne/paths.h"
+
+namespace seluvorne::files {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+bool IsSqliteFile(const fs::path& path) {
+  char header[16] = {};
+  std::ifstream file(path, std::ios::binary);
+  file.read(header, sizeof header);
+  return file.gcount() == sizeof header && std::memcmp(header, "SQLite format 3", 16) == 0;
+}
+
+void CheckFolderOf(const fs::path& path) {
+  std::error_code ignored;
+  if (!path.parent_path().empty() && !fs::is_directory(path.parent_path(), ignored))
+    Raise(errc::kPathNotFound);
+}
+
+void RemoveCompanions(const fs::path& path) {
+  std::error_code ignored;
+  for (const fs::path& companion : db::CompanionFiles(path))
+    fs::remove(companion, ignored);
+}
+
+}  // namespace
+
+bool FileExists(std::string_view path) {
+  std::error_code ignored;
+  return fs::is_regular_file(NativePath(path), ignored);
+}
+
+bool FolderExists(std::string_view path) {
+  std::error_code ignored;
+  return fs::is_directory(NativePath(path), ignored);
+}
+
+void DeleteFile(std::string_view path) {
+  fs::path native = NativePath(path);
+  CheckFolderOf(native);
+  if (!FileExists(path)) Raise(errc::kFileNotFound);
+  if (db::Connection::IsOpen(native)) Raise(errc::kPermissionDenied);
+  std::error_code failure;
+  if (!fs::remove(native, failure)) Raise(errc::kPermissionDenied);
+  RemoveCompanions(native);
+}
+
+void CopyFile(std::string_view source, std::string_view destination) {
+  fs::path from = NativePath(source), to = NativePath(destination);
+  CheckFolderOf(from);
+  if (!FileExists(source)) Raise(errc::kFileNotFound);
+  CheckFolderOf(to);
+  if (db::Connection::IsOpen(to)) Raise(errc::kPermissionDenied);
+
+  if (!IsSqliteFile(from)) {
+    std::error_code failure;
+    fs::copy_file(from, to, fs::copy_options::overwrite_existing, failure);
+    if (failure) Raise(errc::kPermissionDenied);
+    return;
+  }
+  // A consistent snapshot of the database, committed rows in the log included.
+  std::error_code ignored;
+  fs::remove(to, ignored);
+  RemoveCompanions(to);
+  try {
+    SQLite::Database reader(from.string(), SQLite::OPEN_READONLY, db::Connection::BusyTimeout());
+    SQLite::Database writer(to.string(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
+    SQLite::Backup backup(writer, reader);
+    backup.executeStep();
+  } catch (const SQLite::Exception& failure) {
+    fs::remove(to, ignored);
+    RemoveCompanions(to);
+    Raise(errc::kPathFileAccess, failure.what());
+  }
+}
+
+}  // namespace seluvorne::files

@@ -1,0 +1,251 @@
+// Record sets: reading rows forwards and adding rows one at a time.
+
+#include <sqlite3.h>
+
+#include <algorithm>
+#include <limits>
+
+#include "field_rules.h"
+#include "seluvorne/dao.h"
+#include "states.h"
+
+namespace seluvorne::db {
+
+namespace {
+
+// A column of the current row as the runtime's value: integers as Integer
+// when they fit 16 bits (as the engine's integer fields do), else Long.
+vb::Variant ReadColumn(const SQLite::Statement& statement, int index) {
+  SQLite::Column column = statement.getColumn(index);
+  switch (column.getType()) {
+    case SQLITE_INTEGER: {
+      std::int64_t value = column.getInt64();
+      if (value >= std::numeric_limits<std::int16_t>::min() &&
+          value <= std::numeric_limits<std::int16_t>::max())
+        return static_cast<std::int16_t>(value);
+      if (value >= std::numeric_limits<std::int32_t>::min() &&
+          value <= std::numeric_limits<std::int32_t>::max())
+        return static_cast<std::int32_t>(value);
+      return static_cast<double>(value);
+    }
+    case SQLITE_FLOAT:
+      return column.getDouble();
+    case SQLITE_NULL:
+      return vb::Null;
+    default:
+      return std::string(column.getText(), static_cast<std::size_t>(column.getBytes()));
+  }
+}
+
+void Bind(SQLite::Statement& statement, int index, const vb::Variant& value) {
+  if (const auto* number = value.peek<std::int16_t>())
+    statement.bind(index, static_cast<std::int32_t>(*number));
+  else if (const auto* text = value.peek<std::string>())
+    statement.bindNoCopy(index, *text);
+  else
+    statement.bind(index);  // Null
+}
+
+}  // namespace
+
+Connection& RecordsetState::Use() const {
+  if (closed) Raise(errc::kObjectInvalid);
+  return database->Use();
+}
+
+void RecordsetState::EnsureLoaded() {
+  Connection& connection = Use();
+  if (loaded) return;
+  SQLite::Statement& statement = connection.Prepare(query);
+  const int width = static_cast<int>(columns.size());
+  Guarded(connection.shown_path(), [&] {
+    try {
+      while (statement.executeStep()) {
+        for (int column = 0; column < width; ++column)
+          values.push_back(ReadColumn(statement, column));
+        ++rows;
+      }
+    } catch (...) {
+      statement.tryReset();  // ends the read transaction
+      values.clear();
+      rows = 0;
+      throw;
+    }
+  });
+  loaded = true;
+  position = 0;
+  visited = rows > 0 ? 1 : 0;
+}
+
+vb::Variant RecordsetState::ValueAt(int column) {
+  Use();
+  if (adding) {
+    int field = column_fields[column];
+    return field >= 0 ? new_row[field] : vb::Variant(vb::Null);
+  }
+  EnsureLoaded();
+  if (position >= rows) Raise(errc::kNoCurrentRecord);
+  return values[static_cast<std::size_t>(position) * columns.size() + column];
+}
+
+void RecordsetState::SetValueAt(int column, vb::Variant value) {
+  Use();
+  if (!adding) Raise(errc::kUpdateWithoutAddNew);
+  int field = column_fields[column];
+  if (field < 0) Raise(errc::kInvalidOperation, "(a computed column cannot be set)");
+  new_row[field] = std::move(value);
+}
+
+const FieldDefinition* RecordsetState::FieldAt(int column) const {
+  int field = column_fields[column];
+  return field >= 0 ? &table->fields[field] : nullptr;
+}
+
+int RecordsetState::ColumnIndex(std::string_view name) const {
+  for (std::size_t i = 0; i < columns.size(); ++i)
+    if (detail::NameEqual{}(columns[i], name)) return static_cast<int>(i);
+  return -1;
+}
+
+}  // namespace seluvorne::db
+
+namespace seluvorne::dao {
+
+const MemberTable<Recordset>& Recordset::Members() {
+  static const auto table = MemberTable<Recordset>("Recordset")
+                                .get("EOF", &Recordset::IsEOF)
+                                .get("BOF", &Recordset::IsBOF)
+                                .method("MoveFirst", &Recordset::MoveFirst)
+                                .method("MoveLast", &Recordset::MoveLast)
+                                .method("MoveNext", &Recordset::MoveNext)
+                                .get("RecordCount", &Recordset::RecordCount)
+                                .get("Fields", &Recordset::Fields)
+                                .method("AddNew", &Recordset::AddNew)
+                                .method("Update", &Recordset::Update)
+                                .method("GetRows", &Recordset::GetRows)
+                                .method("Close", &Recordset::Close)
+                                .defaultMember("Fields");
+  return table;
+}
+
+Recordset::Recordset(std::shared_ptr<db::RecordsetState> state) : state_(std::move(state)) {}
+
+bool Recordset::IsEOF() const {
+  state_->EnsureLoaded();
+  return state_->position >= state_->rows;
+}
+
+bool Recordset::IsBOF() const {
+  state_->EnsureLoaded();
+  return state_->rows == 0;  // a set is before its first row only when it has none
+}
+
+void Recordset::MoveFirst() {
+  state_->EnsureLoaded();
+  if (state_->rows == 0) Raise(errc::kNoCurrentRecord);
+  state_->adding = false;
+  state_->position = 0;
+}
+
+void Recordset::MoveLast() {
+  state_->EnsureLoaded();
+  if (state_->rows == 0) Raise(errc::kNoCurrentRecord);
+  state_->adding = false;
+  state_->position = state_->rows - 1;
+  state_->visited = state_->rows;
+}
+
+void Recordset::MoveNext() {
+  state_->EnsureLoaded();
+  if (state_->position >= state_->rows) Raise(errc::kNoCurrentRecord);
+  state_->adding = false;
+  ++state_->position;
+  state_->visited = std::max(state_->visited, std::min(state_->position + 1, state_->rows));
+}
+
+std::int32_t Recordset::RecordCount() const {
+  state_->EnsureLoaded();
+  return state_->visited;
+}
+
+std::shared_ptr<dao::Fields> Recordset::Fields() {
+  state_->Use();
+  if (!fields_) {
+    std::vector<std::shared_ptr<Field>> fields;
+    for (std::size_t i = 0; i < state_->columns.size(); ++i)
+      fields.push_back(std::make_shared<Field>(state_, static_cast<int>(i)));
+    fields_ = std::make_shared<dao::Fields>(std::move(fields), false);
+  }
+  return fields_;
+}
+
+vb::Variant Recordset::Value(std::string_view name) const {
+  int column = state_->ColumnIndex(name);
+  if (column < 0) Raise(errc::kItemNotFound, "(" + std::string(name) + ")");
+  return state_->ValueAt(column);
+}
+
+void Recordset::SetValue(std::string_view name, vb::Variant value) {
+  int column = state_->ColumnIndex(name);
+  if (column < 0) Raise(errc::kItemNotFound, "(" + std::string(name) + ")");
+  state_->SetValueAt(column, std::move(value));
+}
+
+void Recordset::AddNew() {
+  state_->Use();
+  if (state_->type == dbOpenSnapshot || !state_->table) Raise(errc::kReadOnly);
+  state_->new_row.clear();
+  for (const db::FieldDefinition& field : state_->table->fields)
+    state_->new_row.push_back(db::DefaultValue(field));
+  state_->adding = true;
+}
+
+void Recordset::Update() {
+  db::Connection& connection = state_->Use();
+  if (!state_->adding) Raise(errc::kUpdateWithoutAddNew);
+  const db::TableDefinition& table = *state_->table;
+  std::vector<vb::Variant> stored;
+  stored.reserve(table.fields.size());
+  for (std::size_t i = 0; i < table.fields.size(); ++i)
+    stored.push_back(db::StoredValue(table.fields[i], state_->new_row[i]));
+
+  std::string names, parameters;
+  for (std::size_t i = 0; i < table.fields.size(); ++i) {
+    names += (i > 0 ? ", " : "") + db::QuoteIdentifier(table.fields[i].name);
+    parameters += i > 0 ? ", ?" : "?";
+  }
+  SQLite::Statement& insert =
+      connection.Prepare("INSERT INTO " + db::QuoteIdentifier(table.stored_name) + " (" + names +
+                         ") VALUES (" + parameters + ")");
+  for (std::size_t i = 0; i < stored.size(); ++i)
+    db::Bind(insert, static_cast<int>(i) + 1, stored[i]);
+  db::Guarded(connection.shown_path(), [&] { insert.exec(); });
+  state_->adding = false;
+}
+
+vb::Array<vb::Variant> Recordset::GetRows(std::optional<std::int32_t> rows) {
+  state_->EnsureLoaded();
+  std::int32_t wanted = rows.value_or(1);
+  if (wanted < 1) Raise(errc::kInvalidArgument, "(number of rows)");
+  if (state_->position >= state_->rows) Raise(errc::kNoCurrentRecord);
+  std::int32_t count = std::min(wanted, state_->rows - state_->position);
+  const auto width = static_cast<std::int32_t>(state_->columns.size());
+  vb::Array<vb::Variant> result({width - 1, count - 1});
+  for (std::int32_t row = 0; row < count; ++row)
+    for (std::int32_t column = 0; column < width; ++column)
+      result(column, row) =
+          state_->values[static_cast<std::size_t>(state_->position + row) * width + column];
+  state_->adding = false;
+  state_->position += count;
+  state_->visited = std::max(state_->visited, std::min(state_->position + 1, state_->rows));
+  return result;
+}
+
+void Recordset::Close() {
+  state_->Use();
+  state_->closed = true;
+  state_->values.clear();
+  state_->values.shrink_to_fit();
+}
+
+}  // namespace seluvorne::dao
