@@ -82,6 +82,9 @@ Translation TranslateStatement(std::string_view sql, const Catalogue& catalogue)
     copied = token.end;
   };
 
+  // A table is named after FROM, JOIN, UPDATE or INTO, and after a comma of
+  // a FROM list (FROM a, b x, c).
+  bool expect_table = false, in_from_list = false;
   for (std::size_t i = 0; i < tokens.size(); ++i) {
     const Token& token = tokens[i];
     if (token.kind == Token::Other && token.name == ";") {
@@ -94,17 +97,30 @@ Translation TranslateStatement(std::string_view sql, const Catalogue& catalogue)
       replace(token, "");
       continue;
     }
-    bool names_table = i > 0 && token.kind != Token::Other &&
-                       (IsKeyword(tokens[i - 1], "FROM") || IsKeyword(tokens[i - 1], "JOIN") ||
-                        IsKeyword(tokens[i - 1], "UPDATE") || IsKeyword(tokens[i - 1], "INTO"));
-    if (!names_table) continue;
-    std::shared_ptr<const TableDefinition> table = catalogue.Find(token.name);
-    if (!table) Raise(errc::kTableNotFound, token.name);
-    replace(token, QuoteIdentifier(table->stored_name));
-    if (++tables_named == 1)
-      translation.table = table;
-    else if (translation.table != table)
-      translation.table = nullptr;
+    if (expect_table && token.kind != Token::Other) {
+      expect_table = false;
+      std::shared_ptr<const TableDefinition> table = catalogue.Find(token.name);
+      if (!table) Raise(errc::kTableNotFound, token.name);
+      replace(token, QuoteIdentifier(table->stored_name));
+      if (++tables_named == 1)
+        translation.table = table;
+      else if (translation.table != table)
+        translation.table = nullptr;
+      continue;
+    }
+    expect_table = false;
+    if (IsKeyword(token, "FROM") || IsKeyword(token, "JOIN")) {
+      expect_table = true;
+      in_from_list = true;
+    } else if (IsKeyword(token, "UPDATE") || IsKeyword(token, "INTO")) {
+      expect_table = true;
+    } else if (in_from_list && token.name == ",") {
+      expect_table = true;
+    } else if (token.kind == Token::Other || IsKeyword(token, "WHERE") ||
+               IsKeyword(token, "GROUP") || IsKeyword(token, "ORDER") || IsKeyword(token, "ON") ||
+               IsKeyword(token, "UNION") || IsKeyword(token, "LIMIT")) {
+      in_from_list = false;
+    }
   }
   translation.text.append(sql.substr(copied));
   return translation;

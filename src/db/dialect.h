@@ -4,7 +4,8 @@
 // The stores send simple statements built from fixed fragments and numbers
 // (SELECT * FROM t WHERE PAGE = n;, DELETE * FROM t WHERE ... ;, UPDATE t SET
 // ...). Translation rewrites only two things: the `*` of `DELETE * FROM`
-// goes, and a table named after FROM, JOIN, UPDATE or INTO becomes its
+// goes, and a table named after FROM (and the commas of its list), JOIN,
+// UPDATE or INTO becomes its
 // SQLite table, found by the exact name first and then by one that differs
 // only in letter case. Everything else is left to SQLite to judge.
 #pragma once

@@ -1,0 +1,78 @@
+// A scratch folder per test and the floor-table shape the stores use.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+
+#include "error_matchers.h"
+#include "seluvorne/dao.h"
+
+namespace seluvorne::testing {
+
+namespace dao = seluvorne::dao;
+
+class DbTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    std::string pattern = (std::filesystem::temp_directory_path() / "seluvorne-db-XXXXXX").string();
+    folder_ = ::mkdtemp(pattern.data());
+    ASSERT_FALSE(folder_.empty());
+  }
+  void TearDown() override { std::filesystem::remove_all(folder_); }
+
+  // A path in the scratch folder, as the stores name files.
+  std::string PathOf(const std::string& file) const { return folder_.string() + "/" + file; }
+
+  std::shared_ptr<dao::Workspace> Workspace() const {
+    return dao::DBEngine::Instance()->Workspaces(vb::Variant(std::int16_t{0}));
+  }
+  std::shared_ptr<dao::Database> Create(const std::string& file) const {
+    return Workspace()->CreateDatabase(PathOf(file), std::string(dao::dbLangJapanese));
+  }
+  std::shared_ptr<dao::Database> Open(const std::string& file) const {
+    return Workspace()->OpenDatabase(PathOf(file));
+  }
+
+  // A table of the floor kind: integer fields with default -1, then DATA.
+  static void AddFloorTable(dao::Database& db, const std::string& name,
+                            std::initializer_list<const char*> integers = {"PAGE", "SUBPAGE",
+                                                                           "BANGOU"},
+                            std::int32_t data_size = 200) {
+    auto table = db.CreateTableDef(name);
+    for (const char* integer : integers) {
+      auto field = table->CreateField(integer, dao::dbInteger);
+      field->SetDefaultValue("-1");
+      table->Fields()->Append(field);
+    }
+    auto data = table->CreateField("DATA", dao::dbText, data_size);
+    data->SetAllowZeroLength(true);
+    table->Fields()->Append(data);
+    db.TableDefs()->Append(table);
+  }
+
+  // Adds one row of (PAGE, SUBPAGE, BANGOU, DATA).
+  static void AddRow(dao::Database& db, const std::string& table, std::int16_t page,
+                     std::int16_t subpage, std::int16_t bangou, vb::Variant data) {
+    auto rs = db.OpenRecordset(table, dao::dbOpenDynaset);
+    rs->AddNew();
+    rs->SetValue("PAGE", page);
+    rs->SetValue("SUBPAGE", subpage);
+    rs->SetValue("BANGOU", bangou);
+    rs->SetValue("DATA", std::move(data));
+    rs->Update();
+    rs->Close();
+  }
+
+  static std::int32_t CountRows(dao::Database& db, const std::string& sql) {
+    auto rs = db.OpenRecordset(sql, dao::dbOpenSnapshot);
+    if (!rs->IsEOF()) rs->MoveLast();
+    return rs->RecordCount();
+  }
+
+  std::filesystem::path folder_;
+};
+
+}  // namespace seluvorne::testing
