@@ -205,6 +205,7 @@ class Fields : public DispatchImpl<Fields> {
   const std::shared_ptr<Field>& ItemOf(const vb::Variant& index) const;  // late-bound Item
 
   std::vector<std::shared_ptr<Field>> fields_;
+  std::vector<std::string> names_;  // of fields_, for lookups by name
   bool appendable_;
 };
 

@@ -154,10 +154,10 @@ void Connection::SetBusyTimeout(std::int32_t milliseconds) {
 }
 
 void Connection::LoadCatalogue() {
-  SQLite::Statement& version = Prepare("PRAGMA schema_version");
-  version.executeStep();
-  std::int64_t schema_version = version.getColumn(0).getInt64();
-  version.reset();
+  PreparedStatement& version = Prepare("PRAGMA schema_version");
+  version.Step();
+  std::int64_t schema_version = version.ReadInteger(0);
+  version.Reset();
   if (schema_version == catalogue_version_) return;
   catalogue_ = Catalogue::Load(sqlite_, shown_path_);
   catalogue_version_ = schema_version;
@@ -184,7 +184,7 @@ const Translation& Connection::Translate(const std::string& sql) {
   return translations_.emplace(sql, TranslateStatement(sql, current)).first->second;
 }
 
-SQLite::Statement& Connection::Prepare(const std::string& sql, Stage stage) {
+PreparedStatement& Connection::Prepare(const std::string& sql, Stage stage) {
   auto found = statements_.find(sql);
   if (found == statements_.end()) {
     if (statements_.size() >= kCachedStatements) {
@@ -194,12 +194,22 @@ SQLite::Statement& Connection::Prepare(const std::string& sql, Stage stage) {
       statements_.erase(oldest);
     }
     auto statement = Guarded(
-        shown_path_, [&] { return std::make_unique<SQLite::Statement>(sqlite_, sql); }, stage);
+        shown_path_, [&] { return std::make_unique<PreparedStatement>(sqlite_.getHandle(), sql); },
+        stage);
     found = statements_.emplace(sql, CachedStatement{std::move(statement), 0}).first;
   }
   found->second.last_use = ++uses_;
-  found->second.statement->tryReset();  // a failure of its last run was reported then
+  found->second.statement->Reset();
   return *found->second.statement;
+}
+
+PreparedStatement& Connection::Prepare(const Translation& translation) {
+  PreparedStatement& statement = Prepare(translation.text, Stage::Prepare);
+  Guarded(shown_path_, [&] {
+    for (std::size_t i = 0; i < translation.numbers.size(); ++i)
+      statement.BindNumber(static_cast<int>(i) + 1, translation.numbers[i]);
+  });
+  return statement;
 }
 
 }  // namespace seluvorne::db

@@ -12,7 +12,6 @@
 #pragma once
 
 #include <SQLiteCpp/Database.h>
-#include <SQLiteCpp/Statement.h>
 
 #include <cstdint>
 #include <filesystem>
@@ -25,6 +24,7 @@
 #include "catalogue.h"
 #include "dialect.h"
 #include "engine_error.h"
+#include "statement.h"
 
 namespace seluvorne::db {
 
@@ -62,7 +62,9 @@ class Connection {
   // A prepared statement for `sql`, reset and ready to bind; kept for the
   // next use of the same text. `stage` tells how a rejection is reported.
   // The reference is valid until the next call of Prepare.
-  SQLite::Statement& Prepare(const std::string& sql, Stage stage = Stage::Run);
+  PreparedStatement& Prepare(const std::string& sql, Stage stage = Stage::Run);
+  // The statement of a translation, its numbers bound.
+  PreparedStatement& Prepare(const Translation& translation);
 
   SQLite::Database& sqlite() { return sqlite_; }
 
@@ -75,7 +77,7 @@ class Connection {
     std::size_t operator()(const FileIdentity& id) const { return id.inode * 31 + id.device; }
   };
   struct CachedStatement {
-    std::unique_ptr<SQLite::Statement> statement;
+    std::unique_ptr<PreparedStatement> statement;
     std::uint64_t last_use = 0;
   };
   using Registry = std::unordered_map<FileIdentity, std::weak_ptr<Connection>, IdentityHash>;

@@ -38,10 +38,9 @@ void Database::Close() {
 
 void Database::Execute(const std::string& sql, std::optional<std::int32_t>) {
   db::Connection& connection = state_->Use();
-  const db::Translation& translation = connection.Translate(sql);
-  SQLite::Statement& statement = connection.Prepare(translation.text, db::Stage::Prepare);
-  if (statement.getColumnCount() > 0) Raise(errc::kCannotExecuteSelect);
-  db::Guarded(connection.shown_path(), [&] { statement.exec(); });
+  db::PreparedStatement& statement = connection.Prepare(connection.Translate(sql));
+  if (statement.ColumnCount() > 0) Raise(errc::kCannotExecuteSelect);
+  db::Guarded(connection.shown_path(), [&] { statement.Run(); });
 }
 
 std::shared_ptr<Recordset> Database::OpenRecordset(const std::string& source,
@@ -57,25 +56,25 @@ std::shared_ptr<Recordset> Database::OpenRecordset(const std::string& source,
   if (std::shared_ptr<const db::TableDefinition> table = connection.catalogue().Find(source)) {
     // A table by name: its fields in order; rows are read when first needed.
     state->table = table;
-    state->query = "SELECT ";
+    std::string& query = state->query.text;
+    query = "SELECT ";
     for (std::size_t i = 0; i < table->fields.size(); ++i) {
       state->columns.push_back(table->fields[i].name);
       state->column_fields.push_back(static_cast<int>(i));
-      state->query += (i > 0 ? ", " : "") + db::QuoteIdentifier(table->fields[i].name);
+      query += (i > 0 ? ", " : "") + db::QuoteIdentifier(table->fields[i].name);
     }
-    state->query += " FROM " + db::QuoteIdentifier(table->stored_name);
+    query += " FROM " + db::QuoteIdentifier(table->stored_name);
     return std::make_shared<Recordset>(std::move(state));
   }
 
   if (source.find_first_of(" \t\r\n") == std::string::npos) Raise(errc::kTableNotFound, source);
   if (kind == dbOpenTable) Raise(errc::kInvalidOperation, "(a table-type set needs a table name)");
-  const db::Translation& translation = connection.Translate(source);
-  state->query = translation.text;
-  state->table = translation.table;
-  SQLite::Statement& statement = connection.Prepare(state->query, db::Stage::Prepare);
-  if (statement.getColumnCount() == 0) Raise(errc::kInvalidOperation, "(not a SELECT statement)");
-  for (int i = 0; i < statement.getColumnCount(); ++i) {
-    state->columns.emplace_back(statement.getColumnName(i));
+  state->query = connection.Translate(source);
+  state->table = state->query.table;
+  db::PreparedStatement& statement = connection.Prepare(state->query);
+  if (statement.ColumnCount() == 0) Raise(errc::kInvalidOperation, "(not a SELECT statement)");
+  for (int i = 0; i < statement.ColumnCount(); ++i) {
+    state->columns.emplace_back(statement.ColumnName(i));
     state->column_fields.push_back(state->table ? state->table->FieldIndex(state->columns.back())
                                                 : -1);
   }

@@ -10,18 +10,48 @@ namespace seluvorne::db {
 namespace {
 
 struct Token {
-  enum Kind { Word, QuotedName, Other } kind;
+  enum Kind { Word, QuotedName, Number, Other } kind;
   std::size_t begin, end;  // the token's bytes in the statement
   std::string name;        // a word, or a quoted name without its quotes
 };
+
+bool IsDigit(unsigned char c) {
+  return c >= '0' && c <= '9';
+}
 
 bool IsWordByte(unsigned char c) {
   return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '_' ||
          c == '$' || c >= 0x80;
 }
 
-// Splits the statement into words, quoted names ("x", [x], `x`) and other
-// tokens (literals, numbers, punctuation); blanks and comments are skipped.
+// The length of the number at the start of `text` (12, 2.5, .5, 1e3), or 0.
+std::size_t NumberLength(std::string_view text) {
+  std::size_t i = 0;
+  while (i < text.size() && IsDigit(text[i]))
+    ++i;
+  std::size_t whole = i;
+  if (i < text.size() && text[i] == '.') {
+    ++i;
+    while (i < text.size() && IsDigit(text[i]))
+      ++i;
+  }
+  if (i == 0 || (whole == 0 && i == 1)) return 0;
+  if (i < text.size() && (text[i] == 'e' || text[i] == 'E')) {
+    std::size_t exponent = i + 1;
+    if (exponent < text.size() && (text[exponent] == '+' || text[exponent] == '-')) ++exponent;
+    if (exponent < text.size() && IsDigit(text[exponent])) {
+      i = exponent;
+      while (i < text.size() && IsDigit(text[i]))
+        ++i;
+    }
+  }
+  // "1abc" or "0x1F" is no plain number.
+  if (i < text.size() && IsWordByte(text[i])) return 0;
+  return i;
+}
+
+// Splits the statement into words, quoted names ("x", [x], `x`), numbers and
+// other tokens (text literals, punctuation); blanks and comments are skipped.
 std::vector<Token> Tokens(std::string_view sql) {
   std::vector<Token> tokens;
   std::size_t i = 0;
@@ -35,6 +65,9 @@ std::vector<Token> Tokens(std::string_view sql) {
     } else if (sql.substr(i, 2) == "/*") {
       std::size_t close = sql.find("*/", i + 2);
       i = close == std::string_view::npos ? sql.size() : close + 2;
+    } else if (std::size_t length = NumberLength(sql.substr(i))) {
+      tokens.push_back({Token::Number, i, i + length, std::string(sql.substr(i, length))});
+      i += length;
     } else if (IsWordByte(c)) {
       std::size_t begin = i;
       while (i < sql.size() && IsWordByte(sql[i]))
@@ -84,7 +117,7 @@ Translation TranslateStatement(std::string_view sql, const Catalogue& catalogue)
 
   // A table is named after FROM, JOIN, UPDATE or INTO, and after a comma of
   // a FROM list (FROM a, b x, c).
-  bool expect_table = false, in_from_list = false;
+  bool expect_table = false, in_from_list = false, ordering = false;
   for (std::size_t i = 0; i < tokens.size(); ++i) {
     const Token& token = tokens[i];
     if (token.kind == Token::Other && token.name == ";") {
@@ -97,7 +130,12 @@ Translation TranslateStatement(std::string_view sql, const Catalogue& catalogue)
       replace(token, "");
       continue;
     }
-    if (expect_table && token.kind != Token::Other) {
+    if (token.kind == Token::Number && !ordering) {
+      replace(token, "?");
+      translation.numbers.push_back(token.name);
+      continue;
+    }
+    if (expect_table && (token.kind == Token::Word || token.kind == Token::QuotedName)) {
       expect_table = false;
       std::shared_ptr<const TableDefinition> table = catalogue.Find(token.name);
       if (!table) Raise(errc::kTableNotFound, token.name);
@@ -109,6 +147,10 @@ Translation TranslateStatement(std::string_view sql, const Catalogue& catalogue)
       continue;
     }
     expect_table = false;
+    if (IsKeyword(token, "ORDER") || IsKeyword(token, "GROUP"))
+      ordering = true;
+    else if (IsKeyword(token, "HAVING") || IsKeyword(token, "LIMIT") || IsKeyword(token, "UNION"))
+      ordering = false;
     if (IsKeyword(token, "FROM") || IsKeyword(token, "JOIN")) {
       expect_table = true;
       in_from_list = true;

@@ -18,7 +18,10 @@ const MemberTable<Fields>& Fields::Members() {
 }
 
 Fields::Fields(std::vector<std::shared_ptr<Field>> fields, bool appendable)
-    : fields_(std::move(fields)), appendable_(appendable) {}
+    : fields_(std::move(fields)), appendable_(appendable) {
+  for (const std::shared_ptr<Field>& field : fields_)
+    names_.push_back(field->Name());
+}
 
 std::int32_t Fields::Count() const {
   return static_cast<std::int32_t>(fields_.size());
@@ -30,8 +33,8 @@ const std::shared_ptr<Field>& Fields::ItemOf(const vb::Variant& index) const {
 }
 
 const std::shared_ptr<Field>& Fields::Item(std::string_view name) const {
-  for (const std::shared_ptr<Field>& field : fields_)
-    if (detail::NameEqual{}(field->Name(), name)) return field;
+  for (std::size_t i = 0; i < names_.size(); ++i)
+    if (detail::NameEqual{}(names_[i], name)) return fields_[i];
   Raise(errc::kItemNotFound, "(" + std::string(name) + ")");
 }
 
@@ -45,10 +48,11 @@ void Fields::Append(const std::shared_ptr<Field>& field) {
   if (!appendable_) Raise(errc::kInvalidOperation, "(the table is already in a database)");
   db::FieldDefinitionState& definition = field->Definition();
   db::CheckName(definition.definition.name);
-  for (const std::shared_ptr<Field>& existing : fields_)
-    if (existing == field || detail::NameEqual{}(existing->Name(), definition.definition.name))
+  for (std::size_t i = 0; i < fields_.size(); ++i)
+    if (fields_[i] == field || detail::NameEqual{}(names_[i], definition.definition.name))
       Raise(errc::kObjectExists);
   fields_.push_back(field);
+  names_.push_back(definition.definition.name);
 }
 
 // ---- Field ------------------------------------------------------------------

@@ -1,52 +1,12 @@
 // Record sets: reading rows forwards and adding rows one at a time.
 
-#include <sqlite3.h>
-
 #include <algorithm>
-#include <limits>
 
 #include "field_rules.h"
 #include "seluvorne/dao.h"
 #include "states.h"
 
 namespace seluvorne::db {
-
-namespace {
-
-// A column of the current row as the runtime's value: integers as Integer
-// when they fit 16 bits (as the engine's integer fields do), else Long.
-vb::Variant ReadColumn(const SQLite::Statement& statement, int index) {
-  SQLite::Column column = statement.getColumn(index);
-  switch (column.getType()) {
-    case SQLITE_INTEGER: {
-      std::int64_t value = column.getInt64();
-      if (value >= std::numeric_limits<std::int16_t>::min() &&
-          value <= std::numeric_limits<std::int16_t>::max())
-        return static_cast<std::int16_t>(value);
-      if (value >= std::numeric_limits<std::int32_t>::min() &&
-          value <= std::numeric_limits<std::int32_t>::max())
-        return static_cast<std::int32_t>(value);
-      return static_cast<double>(value);
-    }
-    case SQLITE_FLOAT:
-      return column.getDouble();
-    case SQLITE_NULL:
-      return vb::Null;
-    default:
-      return std::string(column.getText(), static_cast<std::size_t>(column.getBytes()));
-  }
-}
-
-void Bind(SQLite::Statement& statement, int index, const vb::Variant& value) {
-  if (const auto* number = value.peek<std::int16_t>())
-    statement.bind(index, static_cast<std::int32_t>(*number));
-  else if (const auto* text = value.peek<std::string>())
-    statement.bindNoCopy(index, *text);
-  else
-    statement.bind(index);  // Null
-}
-
-}  // namespace
 
 Connection& RecordsetState::Use() const {
   if (closed) Raise(errc::kObjectInvalid);
@@ -56,17 +16,16 @@ Connection& RecordsetState::Use() const {
 void RecordsetState::EnsureLoaded() {
   Connection& connection = Use();
   if (loaded) return;
-  SQLite::Statement& statement = connection.Prepare(query);
+  PreparedStatement& statement = connection.Prepare(query);
   const int width = static_cast<int>(columns.size());
   Guarded(connection.shown_path(), [&] {
     try {
-      while (statement.executeStep()) {
+      while (statement.Step()) {
         for (int column = 0; column < width; ++column)
-          values.push_back(ReadColumn(statement, column));
+          values.push_back(statement.Read(column));
         ++rows;
       }
     } catch (...) {
-      statement.tryReset();  // ends the read transaction
       values.clear();
       rows = 0;
       throw;
@@ -209,17 +168,21 @@ void Recordset::Update() {
   for (std::size_t i = 0; i < table.fields.size(); ++i)
     stored.push_back(db::StoredValue(table.fields[i], state_->new_row[i]));
 
-  std::string names, parameters;
-  for (std::size_t i = 0; i < table.fields.size(); ++i) {
-    names += (i > 0 ? ", " : "") + db::QuoteIdentifier(table.fields[i].name);
-    parameters += i > 0 ? ", ?" : "?";
+  if (state_->insert.empty()) {
+    std::string names, parameters;
+    for (std::size_t i = 0; i < table.fields.size(); ++i) {
+      names += (i > 0 ? ", " : "") + db::QuoteIdentifier(table.fields[i].name);
+      parameters += i > 0 ? ", ?" : "?";
+    }
+    state_->insert = "INSERT INTO " + db::QuoteIdentifier(table.stored_name) + " (" + names +
+                     ") VALUES (" + parameters + ")";
   }
-  SQLite::Statement& insert =
-      connection.Prepare("INSERT INTO " + db::QuoteIdentifier(table.stored_name) + " (" + names +
-                         ") VALUES (" + parameters + ")");
-  for (std::size_t i = 0; i < stored.size(); ++i)
-    db::Bind(insert, static_cast<int>(i) + 1, stored[i]);
-  db::Guarded(connection.shown_path(), [&] { insert.exec(); });
+  db::PreparedStatement& insert = connection.Prepare(state_->insert);
+  db::Guarded(connection.shown_path(), [&] {
+    for (std::size_t i = 0; i < stored.size(); ++i)
+      insert.Bind(static_cast<int>(i) + 1, stored[i]);
+    insert.Run();
+  });
   state_->adding = false;
 }
 

@@ -45,7 +45,7 @@ struct RecordsetState {
   std::shared_ptr<const TableDefinition> table;
   std::vector<std::string> columns;
   std::vector<int> column_fields;  // per column, its field in `table`, or -1
-  std::string query;               // what reads the rows, for SQLite
+  Translation query;               // what reads the rows, for SQLite
   bool loaded = false;
   bool closed = false;
 
@@ -56,6 +56,7 @@ struct RecordsetState {
 
   bool adding = false;
   std::vector<vb::Variant> new_row;  // per field of `table`
+  std::string insert;                // the statement that adds a row to `table`
 
   // The connection, after checking that neither the set nor its database
   // is closed (3420).

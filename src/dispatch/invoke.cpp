@@ -1,6 +1,5 @@
 // Calling by name, and the pieces of the member tables that need no template.
 
-#include <cctype>
 #include <new>
 
 #include "seluvorne/member_table.h"
@@ -15,10 +14,18 @@ vb::Variant Invoke(const Object& object, std::string_view member, CallKind kind,
 
 namespace detail {
 
+namespace {
+// ASCII letter case only, as the runtime matches names; inline rather than
+// std::tolower, which costs a call per character on every lookup.
+constexpr unsigned char Fold(char c) {
+  return static_cast<unsigned char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
+}
+}  // namespace
+
 std::size_t NameHash::operator()(std::string_view name) const noexcept {
   std::size_t hash = 14695981039346656037ull;  // FNV-1a over the lower-case name
   for (char c : name) {
-    hash ^= static_cast<unsigned char>(std::tolower(static_cast<unsigned char>(c)));
+    hash ^= Fold(c);
     hash *= 1099511628211ull;
   }
   return hash;
@@ -27,9 +34,7 @@ std::size_t NameHash::operator()(std::string_view name) const noexcept {
 bool NameEqual::operator()(std::string_view a, std::string_view b) const noexcept {
   if (a.size() != b.size()) return false;
   for (std::size_t i = 0; i < a.size(); ++i)
-    if (std::tolower(static_cast<unsigned char>(a[i])) !=
-        std::tolower(static_cast<unsigned char>(b[i])))
-      return false;
+    if (Fold(a[i]) != Fold(b[i])) return false;
   return true;
 }
 

@@ -141,10 +141,19 @@ TEST(DialectTest, DeleteStarGoesAndTablesResolveThroughTheCatalogue) {
   auto translate = [&](const char* sql) { return db::TranslateStatement(sql, catalogue).text; };
 
   EXPECT_EQ(translate("DELETE * FROM SPANTOP WHERE PAGE = 3 ;"),
-            "DELETE  FROM \"SPANTOP~2\" WHERE PAGE = 3 ;");
-  EXPECT_EQ(translate("select * from [spantop] where x = '*'"),
-            "select * from \"spantop\" where x = '*'");
-  EXPECT_EQ(translate("UPDATE SpanTop SET PAGE = 1;;"), "UPDATE \"spantop\" SET PAGE = 1;;");
+            "DELETE  FROM \"SPANTOP~2\" WHERE PAGE = ? ;");
+  EXPECT_EQ(translate("select * from [spantop] where x = '*1'"),
+            "select * from \"spantop\" where x = '*1'");
+  EXPECT_EQ(translate("UPDATE SpanTop SET PAGE = PAGE - 1;;"),
+            "UPDATE \"spantop\" SET PAGE = PAGE - ?;;");
+  // Numbers become parameters, except the column positions of ORDER BY.
+  db::Translation numbered = db::TranslateStatement(
+      "SELECT * FROM SPANTOP WHERE PAGE BETWEEN 2.5 AND 1e3 AND X1 = -7 ORDER BY 1 LIMIT 4;",
+      catalogue);
+  EXPECT_EQ(numbered.text,
+            "SELECT * FROM \"SPANTOP~2\" WHERE PAGE BETWEEN ? AND ? AND X1 = -? ORDER BY 1 LIMIT "
+            "?;");
+  EXPECT_EQ(numbered.numbers, (std::vector<std::string>{"2.5", "1e3", "7", "4"}));
   EXPECT_EQ(db::TranslateStatement("SELECT * FROM SPANTOP;", catalogue).table->name, "SPANTOP");
   EXPECT_EQ(db::TranslateStatement("SELECT * FROM SPANTOP JOIN spantop;", catalogue).table,
             nullptr);

@@ -1,0 +1,52 @@
+// A prepared statement of a connection's cache: bind, step, read.
+//
+// It holds a plain sqlite3_stmt rather than SQLiteCpp's Statement because the
+// record sets read every value of every row through it, and SQLiteCpp's
+// Column copies a shared pointer per value read. Failures are thrown as
+// SQLiteCpp's exceptions all the same, so one mapping turns them into the
+// engine's errors (engine_error.h).
+#pragma once
+
+#include <sqlite3.h>
+
+#include <string>
+#include <string_view>
+
+#include "seluvorne/variant.h"
+
+namespace seluvorne::db {
+
+class PreparedStatement {
+ public:
+  PreparedStatement(sqlite3* connection, const std::string& sql);
+  ~PreparedStatement();
+  PreparedStatement(const PreparedStatement&) = delete;
+  PreparedStatement& operator=(const PreparedStatement&) = delete;
+
+  int ColumnCount() const { return sqlite3_column_count(handle_); }
+  const char* ColumnName(int column) const { return sqlite3_column_name(handle_, column); }
+  // Ends a run (and its read transaction); bindings stay.
+  void Reset() { sqlite3_reset(handle_); }
+
+  // Binds Integer, Long and reals as numbers, text as text, Null (and Empty) as NULL.
+  void Bind(int index, const vb::Variant& value);
+  // Binds a number as the statement's text wrote it.
+  void BindNumber(int index, std::string_view text);
+
+  // Steps once: true when a row is there.
+  bool Step();
+  // Steps to the end of an action statement.
+  void Run();
+  // A column of the current row: integers as Integer when they fit 16 bits
+  // (as the engine's integer fields do), else Long or Double; text; Null.
+  vb::Variant Read(int column) const;
+  sqlite3_int64 ReadInteger(int column) const { return sqlite3_column_int64(handle_, column); }
+
+ private:
+  [[noreturn]] void Fail(int result) const;
+
+  sqlite3* connection_;
+  sqlite3_stmt* handle_ = nullptr;
+};
+
+}  // namespace seluvorne::db
