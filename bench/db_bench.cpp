@@ -246,13 +246,17 @@ void BM_SelectPageRaw(benchmark::State& state) {
 }
 BENCHMARK(BM_SelectPageRaw)->Unit(benchmark::kMicrosecond);
 
-// Prints the runs as usual, then engine time / raw time for each pair.
+// Prints the runs as usual, then engine time / raw time for each pair (the
+// medians when the run has repetitions: --benchmark_repetitions=5
+// --benchmark_enable_random_interleaving=true evens out a busy machine).
 class RatioReporter : public benchmark::ConsoleReporter {
  public:
   void ReportRuns(const std::vector<Run>& runs) override {
-    for (const Run& run : runs)
-      seconds_per_iteration_[run.benchmark_name()] =
-          run.real_accumulated_time / static_cast<double>(run.iterations);
+    for (const Run& run : runs) {
+      double iterations = run.run_type == Run::RT_Aggregate ? 1 : double(run.iterations);
+      times_[run.benchmark_name()] = {run.real_accumulated_time / iterations,
+                                      run.cpu_accumulated_time / iterations};
+    }
     ConsoleReporter::ReportRuns(runs);
   }
   void Finalize() override {
@@ -263,12 +267,23 @@ class RatioReporter : public benchmark::ConsoleReporter {
   }
 
  private:
-  void Ratio(const char* what, const std::string& engine, const std::string& raw) {
-    auto e = seconds_per_iteration_.find(engine), r = seconds_per_iteration_.find(raw);
-    if (e == seconds_per_iteration_.end() || r == seconds_per_iteration_.end()) return;
-    std::printf("engine / raw SQLite, %s: %.2f\n", what, e->second / r->second);
+  struct Times {
+    double real, cpu;
+  };
+  const Times* Find(const std::string& name) const {
+    for (const std::string& key : {name + "_median", name}) {
+      auto found = times_.find(key);
+      if (found != times_.end()) return &found->second;
+    }
+    return nullptr;
   }
-  std::map<std::string, double> seconds_per_iteration_;
+  void Ratio(const char* what, const std::string& engine, const std::string& raw) const {
+    const Times *e = Find(engine), *r = Find(raw);
+    if (!e || !r) return;
+    std::printf("engine / raw SQLite, %s: %.2f (real time), %.2f (CPU time)\n", what,
+                e->real / r->real, e->cpu / r->cpu);
+  }
+  std::map<std::string, Times> times_;
 };
 
 }  // namespace

@@ -39,13 +39,21 @@ namespace seluvorne {
 namespace detail {
 
 // Case-insensitive (ASCII) hashing and comparison of member names.
+constexpr char FoldCase(char c) {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
 struct NameHash {
   using is_transparent = void;
   std::size_t operator()(std::string_view name) const noexcept;
 };
 struct NameEqual {
   using is_transparent = void;
-  bool operator()(std::string_view a, std::string_view b) const noexcept;
+  bool operator()(std::string_view a, std::string_view b) const noexcept {
+    if (a.size() != b.size()) return false;
+    for (std::size_t i = 0; i < a.size(); ++i)
+      if (FoldCase(a[i]) != FoldCase(b[i])) return false;
+    return true;
+  }
 };
 
 // Converts any exception other than Error escaping a member into an Error:

@@ -8,16 +8,11 @@
 
 namespace seluvorne::db {
 
-Connection& RecordsetState::Use() const {
-  if (closed) Raise(errc::kObjectInvalid);
-  return database->Use();
-}
-
-void RecordsetState::EnsureLoaded() {
+void RecordsetState::Load() {
   Connection& connection = Use();
-  if (loaded) return;
   PreparedStatement& statement = connection.Prepare(query);
   const int width = static_cast<int>(columns.size());
+  values.reserve(static_cast<std::size_t>(width) * 256);  // a page of most tables, unmoved
   Guarded(connection.shown_path(), [&] {
     try {
       while (statement.Step()) {
@@ -42,7 +37,7 @@ vb::Variant RecordsetState::ValueAt(int column) {
     int field = column_fields[column];
     return field >= 0 ? new_row[field] : vb::Variant(vb::Null);
   }
-  EnsureLoaded();
+  if (!loaded) Load();
   if (position >= rows) Raise(errc::kNoCurrentRecord);
   return values[static_cast<std::size_t>(position) * columns.size() + column];
 }

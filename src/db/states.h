@@ -60,9 +60,16 @@ struct RecordsetState {
 
   // The connection, after checking that neither the set nor its database
   // is closed (3420).
-  Connection& Use() const;
+  Connection& Use() const {
+    if (closed) Raise(errc::kObjectInvalid);
+    return database->Use();
+  }
   // Reads the rows when that has not happened yet.
-  void EnsureLoaded();
+  void EnsureLoaded() {
+    Use();
+    if (!loaded) Load();
+  }
+  void Load();
   // Column `column` of the current row (3021 at the end or start), or of the
   // row being added.
   vb::Variant ValueAt(int column);
