@@ -270,7 +270,8 @@ class Recordset : public DispatchImpl<Recordset> {
   // Stores the new row, as its own transaction. Raises 3349 for an integer
   // outside 16 bits, 3163 for text longer than its field, 3315 for "" where
   // not allowed, 3421 for a value that is no number for an integer field;
-  // the row stays pending then. 3020 without AddNew.
+  // the row stays pending then. 3020 without AddNew. A set whose rows were
+  // read already does not show the new row; the next set opened does.
   void Update();
   // Up to `rows` rows (1 when omitted) from the current row on, as an array
   // (field, row); the current row moves past them. 3021 at the end.

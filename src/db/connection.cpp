@@ -87,10 +87,13 @@ std::shared_ptr<Connection> Connection::Open(const std::filesystem::path& path,
                                              std::string_view shown_path) {
   FileIdentity identity;
   if (Identify(path, identity)) {
-    std::lock_guard lock(registry_mutex);
-    auto found = TheRegistry().find(identity);
-    if (found != TheRegistry().end())
-      if (std::shared_ptr<Connection> shared = found->second.lock()) return shared;
+    std::shared_ptr<Connection> shared;
+    {
+      std::lock_guard lock(registry_mutex);
+      auto found = TheRegistry().find(identity);
+      if (found != TheRegistry().end()) shared = found->second.lock();
+    }
+    if (shared) return shared;
   }
   CheckDatabaseFile(path, shown_path);
   return Guarded(shown_path, [&] {
@@ -147,10 +150,16 @@ std::int32_t Connection::BusyTimeout() {
 void Connection::SetBusyTimeout(std::int32_t milliseconds) {
   if (milliseconds < 0) Raise(errc::kInvalidCall);
   BusyTimeoutSetting() = milliseconds;
-  std::lock_guard lock(registry_mutex);
-  for (auto& [identity, weak] : TheRegistry())
-    if (std::shared_ptr<Connection> connection = weak.lock())
-      connection->sqlite_.setBusyTimeout(milliseconds);
+  std::vector<std::shared_ptr<Connection>> open;
+  {
+    std::lock_guard lock(registry_mutex);
+    for (auto& [identity, weak] : TheRegistry())
+      if (std::shared_ptr<Connection> connection = weak.lock()) open.push_back(connection);
+  }
+  // Outside the lock: dropping the last reference closes a connection, which
+  // takes the lock itself.
+  for (const auto& connection : open)
+    connection->sqlite_.setBusyTimeout(milliseconds);
 }
 
 void Connection::LoadCatalogue() {
