@@ -195,8 +195,12 @@ Catalogue Catalogue::Load(SQLite::Database& sqlite, std::string_view shown_path)
                                     fields.getColumn(3).getInt(), fields.getColumn(4).getString(),
                                     fields.getColumn(5).getInt() != 0});
   }
-  for (const std::string& name : order)
-    catalogue.tables_.push_back(std::make_shared<TableDefinition>(std::move(by_name[name])));
+  for (const std::string& name : order) {
+    TableDefinition& table = by_name[name];
+    for (const TableDefinition& system : CatalogueTables())
+      if (table.name == system.name) table.system = true;
+    catalogue.tables_.push_back(std::make_shared<TableDefinition>(std::move(table)));
+  }
   return catalogue;
 }
 

@@ -38,6 +38,7 @@ struct TableDefinition {
   std::string name;         // exactly as given
   std::string stored_name;  // the SQLite table
   std::vector<FieldDefinition> fields;
+  bool system = false;  // a catalogue table: read-only to statements and record sets
 
   // The position of the field of that name (letter case ignored), or -1.
   int FieldIndex(std::string_view field_name) const;

@@ -118,6 +118,8 @@ Translation TranslateStatement(std::string_view sql, const Catalogue& catalogue)
   // A table is named after FROM, JOIN, UPDATE or INTO, and after a comma of
   // a FROM list (FROM a, b x, c).
   bool expect_table = false, in_from_list = false, ordering = false;
+  const bool writes = IsKeyword(tokens[0], "DELETE") || IsKeyword(tokens[0], "UPDATE") ||
+                      IsKeyword(tokens[0], "INSERT") || IsKeyword(tokens[0], "REPLACE");
   for (std::size_t i = 0; i < tokens.size(); ++i) {
     const Token& token = tokens[i];
     if (token.kind == Token::Other && token.name == ";") {
@@ -139,6 +141,7 @@ Translation TranslateStatement(std::string_view sql, const Catalogue& catalogue)
       expect_table = false;
       std::shared_ptr<const TableDefinition> table = catalogue.Find(token.name);
       if (!table) Raise(errc::kTableNotFound, token.name);
+      if (table->system && writes) Raise(errc::kReadOnly, "(" + table->name + ")");
       replace(token, QuoteIdentifier(table->stored_name));
       if (++tables_named == 1)
         translation.table = table;

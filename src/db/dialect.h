@@ -29,8 +29,9 @@ struct Translation {
   std::shared_ptr<const TableDefinition> table;
 };
 
-// Raises 3078 for a table the catalogue does not know, 3142 for text after
-// the statement's closing semicolon.
+// Raises 3078 for a table the catalogue does not know, 3027 for a statement
+// that would change a catalogue table, 3142 for text after the statement's
+// closing semicolon.
 Translation TranslateStatement(std::string_view sql, const Catalogue& catalogue);
 
 }  // namespace seluvorne::db

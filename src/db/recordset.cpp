@@ -20,6 +20,7 @@ void RecordsetState::Load() {
           values.push_back(statement.Read(column));
         ++rows;
       }
+      statement.Reset();  // ends the read transaction now, not at the next use
     } catch (...) {
       values.clear();
       rows = 0;
@@ -147,7 +148,8 @@ void Recordset::SetValue(std::string_view name, vb::Variant value) {
 
 void Recordset::AddNew() {
   state_->Use();
-  if (state_->type == dbOpenSnapshot || !state_->table) Raise(errc::kReadOnly);
+  if (state_->type == dbOpenSnapshot || !state_->table || state_->table->system)
+    Raise(errc::kReadOnly);
   state_->new_row.clear();
   for (const db::FieldDefinition& field : state_->table->fields)
     state_->new_row.push_back(db::DefaultValue(field));

@@ -174,6 +174,7 @@ TEST_F(RecordsetTest, SnapshotsAndComputedColumnsCannotAddRows) {
   EXPECT_RAISES(counted->SetValue("N", std::int16_t{1}), kInvalidOperation);
   auto two_tables = db->OpenRecordset("SELECT * FROM KUTAIDATA, MSysTables;", dao::dbOpenDynaset);
   EXPECT_RAISES(two_tables->AddNew(), kReadOnly);
+  EXPECT_RAISES(db->OpenRecordset("MSysFields", dao::dbOpenDynaset)->AddNew(), kReadOnly);
 }
 
 TEST_F(RecordsetTest, AClosedSetRaises3420) {
