@@ -158,6 +158,28 @@ TEST_F(DatabaseTest, TablesDifferingOnlyInLetterCaseAreKeptApart) {
   EXPECT_EQ(CountRows(*db, "SELECT * FROM spantop;"), 1);
 }
 
+TEST_F(DatabaseTest, HiddenIndexesServeThePageAndKindQueries) {
+  auto db = Create("SELUVORN.mdb");
+  AddFloorTable(*db, "KUTAIDATA");
+  AddFloorTable(*db, "HANTI");
+  db->Close();
+  SQLite::Database sqlite(PathOf("SELUVORN.mdb"), SQLite::OPEN_READONLY);
+  auto plan = [&](const std::string& sql) {
+    std::string steps;
+    SQLite::Statement explain(sqlite, "EXPLAIN QUERY PLAN " + sql);
+    while (explain.executeStep())
+      steps += explain.getColumn(3).getString() + "; ";
+    return steps;
+  };
+  EXPECT_THAT(plan("SELECT * FROM KUTAIDATA WHERE PAGE = 3"), ::testing::HasSubstr("~PAGE"));
+  EXPECT_THAT(plan("SELECT * FROM HANTI WHERE PAGE BETWEEN 3 AND 4"),
+              ::testing::HasSubstr("~PAGE"));
+  EXPECT_THAT(plan("SELECT * FROM KUTAIDATA WHERE SUBPAGE = 0 AND BANGOU = 81"),
+              ::testing::HasSubstr("~BANGOU"));
+  EXPECT_THAT(plan("SELECT * FROM HANTI WHERE SUBPAGE = 0 AND BANGOU = 81"),
+              ::testing::Not(::testing::HasSubstr("~BANGOU")));
+}
+
 TEST_F(DatabaseTest, BadDefinitionsAreRefusedBeforeAnythingIsWritten) {
   auto db = Create("SELUVORN.mdb");
   auto table = db->CreateTableDef("T");
