@@ -63,7 +63,9 @@ void CopyFile(std::string_view source, std::string_view destination) {
   CheckFolderOf(from);
   if (!FileExists(source)) Raise(errc::kFileNotFound);
   CheckFolderOf(to);
-  if (db::Connection::IsOpen(to)) Raise(errc::kPermissionDenied);
+  std::error_code ignored;
+  if (db::Connection::IsOpen(to) || fs::equivalent(from, to, ignored))
+    Raise(errc::kPermissionDenied);
 
   if (!IsSqliteFile(from)) {
     std::error_code failure;
@@ -71,18 +73,21 @@ void CopyFile(std::string_view source, std::string_view destination) {
     if (failure) Raise(errc::kPermissionDenied);
     return;
   }
-  // A consistent snapshot of the database, committed rows in the log included.
-  std::error_code ignored;
-  fs::remove(to, ignored);
-  RemoveCompanions(to);
+  // A consistent snapshot of the database, committed rows in the log
+  // included, written beside the destination and then put in its place.
+  fs::path copy = to.string() + ".copying";
   try {
-    SQLite::Database reader(from.string(), SQLite::OPEN_READONLY, db::Connection::BusyTimeout());
-    SQLite::Database writer(to.string(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
-    SQLite::Backup backup(writer, reader);
-    backup.executeStep();
-  } catch (const SQLite::Exception& failure) {
-    fs::remove(to, ignored);
-    RemoveCompanions(to);
+    {
+      SQLite::Database reader(from.string(), SQLite::OPEN_READONLY, db::Connection::BusyTimeout());
+      SQLite::Database writer(copy.string(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
+      SQLite::Backup backup(writer, reader);
+      backup.executeStep();
+    }
+    RemoveCompanions(to);  // a log left beside the old file must not meet the new one
+    fs::rename(copy, to);
+  } catch (const std::exception& failure) {
+    fs::remove(copy, ignored);
+    RemoveCompanions(copy);
     Raise(errc::kPathFileAccess, failure.what());
   }
 }

@@ -50,6 +50,9 @@ TEST_F(FilesTest, ACopyOfAnOpenDatabaseHoldsEveryCommittedRow) {
   EXPECT_RAISES(files::CopyFile(PathOf("HARIFUKA.mdb"), PathOf("WorkHariFuka.mdb")),
                 kPermissionDenied);
   EXPECT_RAISES(files::CopyFile(PathOf("missing.mdb"), PathOf("x.mdb")), kFileNotFound);
+  EXPECT_RAISES(files::CopyFile(PathOf("HARIFUKA.mdb"), folder_.string() + "\\HARIFUKA.mdb"),
+                kPermissionDenied);
+  EXPECT_EQ(CountRows(*db, "SELECT * FROM KUTAIDATA;"), 50);
   EXPECT_RAISES(files::CopyFile(PathOf("HARIFUKA.mdb"), PathOf("no/x.mdb")), kPathNotFound);
 
   std::ofstream(PathOf("Hollenbar.Dat")) << "plain";
