@@ -70,9 +70,19 @@ constexpr std::string_view kPlaceholder = "…";
 
 }  // namespace
 
+namespace {
+
+// "Error 13 (clsThing): Type mismatch"; without the parentheses when no source is known.
+std::string MessageOf(int number, const std::string& source, const std::string& description) {
+  std::string message = "Error " + std::to_string(number);
+  if (!source.empty()) message += " (" + source + ")";
+  return message + ": " + description;
+}
+
+}  // namespace
+
 Error::Error(int number_, std::string source_, std::string description_)
-    : std::runtime_error("Error " + std::to_string(number_) + " (" + source_ +
-                         "): " + description_),
+    : std::runtime_error(MessageOf(number_, source_, description_)),
       number(number_),
       source(std::move(source_)),
       description(std::move(description_)) {}

@@ -155,4 +155,11 @@ TEST(VariantValue, CopyingCopiesTheArrayAndEqualityComparesTypes) {
   EXPECT_NE(a, b);
 }
 
+TEST(ErrorText, NamesTheNumberTheSourceWhenKnownAndTheDescription) {
+  EXPECT_STREQ(seluvorne::MakeError(kTypeMismatch, {}, "clsThing").what(),
+               "Error 13 (clsThing): Type mismatch");
+  EXPECT_STREQ(seluvorne::MakeError(kFileNotFoundDb, "a.mdb", "").what(),
+               "Error 3024: Could not find file 'a.mdb'.");
+}
+
 }  // namespace

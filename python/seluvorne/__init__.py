@@ -1,0 +1,44 @@
+"""SeluVorneDS from Python.
+
+Create the library's components and the suite's by name, call their members
+by name, and write components in Python that the library calls by name:
+
+    import seluvorne
+    from seluvorne import Ref
+
+    class FloorDirs:
+        def GetFullPathToKai(self, ZeneNo: Ref, KoujiNo: Ref, KaiNo: Ref):
+            return f"/data/Zene{ZeneNo.value}/Kouji{KoujiNo.value}/{KaiNo.value}kai"
+
+    seluvorne.register("FolderKit.clsFloorDirs", FloorDirs)
+    dirs = seluvorne.CreateObject("FolderKit.clsFloorDirs")
+    dirs.GetFullPathToKai(1, 2, 3)     # '/data/Zene1/Kouji2/3kai'
+
+docs/python.md gives the rules values follow across the boundary.
+"""
+
+from seluvorne._seluvorne import (
+    Array,
+    CreateObject,
+    DBEngine,
+    Dispatch,
+    Error,
+    Member,
+    Ref,
+    register,
+    restart,
+    unregister,
+)
+
+__all__ = [
+    "Array",
+    "CreateObject",
+    "DBEngine",
+    "Dispatch",
+    "Error",
+    "Member",
+    "Ref",
+    "register",
+    "restart",
+    "unregister",
+]

@@ -1,0 +1,27 @@
+import pytest
+
+import _seluvorne_probe
+import seluvorne
+
+# The C++ test components, registered once through the public registry.
+seluvorne.register("SeluVorneTest.Probe", _seluvorne_probe.Probe)
+seluvorne.register("SeluVorneTest.Opaque", _seluvorne_probe.Opaque)
+
+
+@pytest.fixture
+def probe():
+    return seluvorne.CreateObject("SeluVorneTest.Probe")
+
+
+@pytest.fixture
+def component():
+    """register(prog_id, factory) for the length of one test."""
+    registered = []
+
+    def register(prog_id, factory):
+        seluvorne.register(prog_id, factory)
+        registered.append(prog_id)
+
+    yield register
+    for prog_id in registered:
+        seluvorne.unregister(prog_id)
