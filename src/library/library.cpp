@@ -15,8 +15,12 @@ void StartLibrary() {
   std::call_once(started, [] {});
 }
 
-void RestartLibrary() { StartLibrary(); }
+void RestartLibrary() {
+  StartLibrary();
+}
 
-Object DBEngine() { Raise(errc::kCannotCreateObject, "(DAO.DBEngine)"); }
+Object DBEngine() {
+  Raise(errc::kCannotCreateObject, "(DAO.DBEngine)");
+}
 
 }  // namespace seluvorne
