@@ -1,9 +1,16 @@
-// Makes the library ready: registration of its components and the start
-// routine. Each layer contributes as it comes into being.
+// Makes the library ready: registration of its components, the window layer,
+// and the start routine. Each layer contributes as it comes into being.
+//
+// The start routine runs before the first object of the library is made:
+// every class's factory registered here calls frame::EnsureStarted() first,
+// so a host may register the outside components after StartLibrary().
 
 #include "seluvorne/library.h"
 
 #include <mutex>
+
+#include "seluvorne/frame.h"
+#include "seluvorne/ui.h"
 
 namespace seluvorne {
 
@@ -12,11 +19,15 @@ std::once_flag started;
 }  // namespace
 
 void StartLibrary() {
-  std::call_once(started, [] {});
+  std::call_once(started, [] {
+    frame::gForms = ui::CreateForms();
+    frame::ScheduleStart();
+  });
 }
 
 void RestartLibrary() {
   StartLibrary();
+  frame::ScheduleStart();
 }
 
 Object DBEngine() {
