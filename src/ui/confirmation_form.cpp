@@ -12,10 +12,10 @@ namespace {
 
 // frmKakunin as the late-bound object: the members of every window, the
 // label, and the form's own three members.
-class KakuninObject : public DispatchImpl<KakuninObject>, public WidgetMembers {
+class KakuninObject : public DispatchImpl<KakuninObject, WidgetMembers> {
  public:
   explicit KakuninObject(frmKakunin* form)
-      : WidgetMembers(form), label_(std::make_shared<ControlObject>(form->lblKakunin)) {}
+      : DispatchImpl(form), label_(std::make_shared<ControlObject>(form->lblKakunin)) {}
 
   static const MemberTable<KakuninObject>& Members() {
     static const auto table = WidgetMemberTable<KakuninObject>("frmKakunin")

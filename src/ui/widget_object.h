@@ -3,9 +3,9 @@
 // The suite's services receive forms by reference and ask them for their
 // geometry, as the suite's platform gave it: in twips, the outer frame for a
 // window. WidgetMembers holds what every window and control answers; a form
-// with members of its own derives from it and starts its member table with
-// WidgetMemberTable. The object refers to its widget weakly: once the window
-// is unloaded every member raises 91.
+// with members of its own derives from DispatchImpl<itself, WidgetMembers>
+// and starts its member table with WidgetMemberTable. The object refers to
+// its widget weakly: once the window is unloaded every member raises 91.
 //
 //   Left, Top, Width, Height   32-bit twips, get and put
 //   ScaleWidth, ScaleHeight    32-bit twips of the inside, get
@@ -26,7 +26,7 @@
 
 namespace seluvorne::ui {
 
-class WidgetMembers {
+class WidgetMembers : public Dispatch {
  public:
   explicit WidgetMembers(QWidget* widget) : widget_(widget) {}
 
@@ -103,9 +103,9 @@ MemberTable<Derived> WidgetMemberTable(std::string class_name) {
 }
 
 // A control, or any widget with no members of its own.
-class ControlObject : public DispatchImpl<ControlObject>, public WidgetMembers {
+class ControlObject : public DispatchImpl<ControlObject, WidgetMembers> {
  public:
-  explicit ControlObject(QWidget* widget) : WidgetMembers(widget) {}
+  using DispatchImpl::DispatchImpl;
   static const MemberTable<ControlObject>& Members();
 };
 
