@@ -1,6 +1,7 @@
 // A short tour of the runtime and late binding: a component is registered,
 // created by name and called by name, with by-reference arguments and the
-// runtime's conversions and errors. Replaced by the command-line tool later.
+// runtime's conversions and errors; then the standalone components
+// (standalone_tour.cpp). Replaced by the command-line tool later.
 
 #include <cstdio>
 
@@ -35,6 +36,8 @@ class TourFloors : public seluvorne::DispatchImpl<TourFloors> {
 
 }  // namespace
 
+void StandaloneTour();
+
 int main() {
   seluvorne::Register("Tour.Floors", [] { return std::make_shared<TourFloors>(); });
   seluvorne::Object floors = seluvorne::CreateObject("tour.floors");
@@ -68,5 +71,6 @@ int main() {
   } catch (const seluvorne::Error& error) {
     std::printf("NextFloor(32767): error %d, %s\n", error.number, error.description.c_str());
   }
+  StandaloneTour();
   return 0;
 }

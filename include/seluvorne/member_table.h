@@ -307,10 +307,14 @@ class MemberTable {
 
 // The Dispatch implementation of a class with a member table: the class
 // derives from DispatchImpl<itself> and provides `static const
-// MemberTable<itself>& Members()`.
-template <class Derived>
-class DispatchImpl : public Dispatch {
+// MemberTable<itself>& Members()`. A class that extends another Dispatch
+// class (one sharing members between several tables) names it as `Base`,
+// whose constructors it inherits; the chain stays single inheritance, so
+// the base's member functions serve in the derived table unchanged.
+template <class Derived, class Base = Dispatch>
+class DispatchImpl : public Base {
  public:
+  using Base::Base;
   vb::Variant invoke(std::string_view member, CallKind kind, std::span<vb::Variant> args) override {
     return Derived::Members().invoke(static_cast<Derived&>(*this), member, kind, args);
   }

@@ -1,11 +1,17 @@
-// Makes the library ready: registration of its components and the start
-// routine. Each layer contributes as it comes into being.
+// Makes the library ready: registration of its components, the window layer,
+// and the start routine. Each layer contributes as it comes into being.
+//
+// The start routine runs before the first object of the library is made:
+// every class's factory registered here calls frame::EnsureStarted() first,
+// so a host may register the outside components after StartLibrary().
 
 #include "seluvorne/library.h"
 
 #include <mutex>
 
 #include "seluvorne/dao.h"
+#include "seluvorne/frame.h"
+#include "seluvorne/ui.h"
 
 namespace seluvorne {
 
@@ -18,11 +24,14 @@ void StartLibrary() {
     // Creating the engine by name gives the one shared engine.
     for (const char* prog_id : {"DAO.DBEngine.36", "DAO.DBEngine"})
       Register(prog_id, [] { return Object(dao::DBEngine::Instance()); });
+    frame::gForms = ui::CreateForms();
+    frame::ScheduleStart();
   });
 }
 
 void RestartLibrary() {
   StartLibrary();
+  frame::ScheduleStart();
 }
 
 Object DBEngine() {

@@ -206,3 +206,43 @@ TEST_F(DispatchTest, CallByNameWritesTypedReferencesBack) {
 }
 
 }  // namespace
+
+namespace {
+
+// Members shared by several tables live in a Dispatch base that the classes
+// extend through DispatchImpl<Derived, Base>.
+class Shape : public seluvorne::Dispatch {
+ public:
+  explicit Shape(std::int32_t width) : width_(width) {}
+  std::int32_t GetWidth() const { return width_; }
+  void LetWidth(std::int32_t width) { width_ = width; }
+
+ private:
+  std::int32_t width_;
+};
+
+class Panel : public seluvorne::DispatchImpl<Panel, Shape> {
+ public:
+  using DispatchImpl::DispatchImpl;
+  static const seluvorne::MemberTable<Panel>& Members() {
+    using Get = std::int32_t (Panel::*)() const;
+    using Let = void (Panel::*)(std::int32_t);
+    static const auto table = seluvorne::MemberTable<Panel>("Panel")
+                                  .get("Width", static_cast<Get>(&Shape::GetWidth))
+                                  .put("Width", static_cast<Let>(&Shape::LetWidth))
+                                  .method("Double", &Panel::Double);
+    return table;
+  }
+  void Double() { LetWidth(GetWidth() * 2); }
+};
+
+TEST(DispatchImplWithBase, BaseMembersServeInTheDerivedTable) {
+  seluvorne::Object panel = std::make_shared<Panel>(21);
+  seluvorne::CallByName(panel, "Double", seluvorne::CallKind::Method);
+  EXPECT_EQ(vb::CLng(seluvorne::CallByName(panel, "width", seluvorne::CallKind::PropertyGet)), 42);
+  seluvorne::CallByName(panel, "Width", seluvorne::CallKind::PropertyPut, std::int32_t{5});
+  EXPECT_EQ(static_cast<Shape&>(*panel).GetWidth(), 5);
+  EXPECT_EQ(panel->className(), "Panel");
+}
+
+}  // namespace
