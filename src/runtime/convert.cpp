@@ -146,19 +146,9 @@ Object CObj(const Variant& value) {
 }
 
 bool IsNumeric(const Variant& value) {
-  switch (value.type()) {
-    case VarType::Empty:
-    case VarType::Integer:
-    case VarType::Long:
-    case VarType::Single:
-    case VarType::Double:
-    case VarType::Boolean:
-      return true;
-    case VarType::String:
-      return detail::ParseNumber(*value.peek<std::string>()).has_value();
-    default:
-      return false;
-  }
+  if (value.isEmpty() || value.isNumber()) return true;
+  if (const auto* text = value.peek<std::string>()) return detail::ParseNumber(*text).has_value();
+  return false;
 }
 
 double Fix(double value) {
