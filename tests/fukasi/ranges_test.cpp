@@ -102,18 +102,6 @@ TEST_F(RangeTest, EachQueryNarrowsTheRangeByOneFieldOfTheKey) {
   EXPECT_FALSE(store->GetRecordIti(set));
 }
 
-TEST_F(RangeTest, RecordSetsGoByReferenceThroughLateBinding) {
-  Key(4, 3, 2, 5);
-  std::vector<Variant> args(1);
-  EXPECT_EQ(Invoke(store, "GetRecordSyurui", CallKind::Method, args), Variant(true));
-  auto set = vb::FromVariant<std::shared_ptr<dao::Recordset>>(args[0]);
-  ASSERT_TRUE(set);
-  EXPECT_EQ(Count(*set), 3);
-  // The copies that copy nothing close the caller's set.
-  EXPECT_EQ(Invoke(store, "CopyRecordSpan", CallKind::Method, args), Variant(true));
-  EXPECT_RAISES(set->MoveFirst(), errc::kObjectInvalid);
-}
-
 TEST_F(RangeTest, GetRecordPageGivesFieldByRowAndLeavesTheArrayWithoutRows) {
   Key(4, 0, 0, 0);
   Variant page;

@@ -47,37 +47,18 @@ class ValueTest : public FukasiTest {
 
 // ---- The key and the constants -------------------------------------------------
 
-TEST_F(ValueTest, ConstantsPositionNamesAndTheVisitingOrderNeedNoFile) {
-  EXPECT_EQ(Get("ItiNoHidari"), Variant(std::int16_t{0}));
-  EXPECT_EQ(Get("ItiNoMigi"), Variant(std::int16_t{1}));
-  EXPECT_EQ(Get("ItiNoUe"), Variant(std::int16_t{2}));
-  EXPECT_EQ(Get("ItiNoSita"), Variant(std::int16_t{3}));
-  EXPECT_EQ(Get("SyuruiMax"), Variant(std::int16_t{9}));
-  frame::gPageMax = frame::kLargePageMax;
-  EXPECT_EQ(Get("PageMax"), Variant(std::int16_t{499}));
-
+TEST_F(ValueTest, PositionNamesVisitingOrderAndPageLimitNeedNoFile) {
   const char* names[] = {"", "左", "右", "上", "下", ""};
   for (std::int16_t iti = -1; iti <= 4; ++iti)
     EXPECT_EQ(Get("ItiName", iti), Variant(names[iti + 1])) << iti;
-  EXPECT_EQ(Get("ItiName", std::int16_t{-32768}), Variant(""));
-
   std::vector<Variant> order(1);  // Empty: dimensioned by the call
   Invoke(store, "GetLoopHairetu", CallKind::Method, order);
   const auto& visited = order[0].array<std::int16_t>();
   EXPECT_EQ(std::vector<std::int16_t>(visited.begin(), visited.end()),
             (std::vector<std::int16_t>{2, 0, 1, 3}));
+  frame::gPageMax = frame::kLargePageMax;
+  EXPECT_EQ(Get("PageMax"), Variant(std::int16_t{499}));
   EXPECT_THAT(fakes.Log(), IsEmpty());
-}
-
-TEST_F(ValueTest, AKeyGetAnswersWhatItsPutSet) {
-  Key(7, 3, 1, 9);
-  Put("pPageNo", {}, 5);
-  EXPECT_EQ(Get("Page"), Variant(std::int16_t{7}));
-  EXPECT_EQ(Get("Span"), Variant(std::int16_t{3}));
-  EXPECT_EQ(Get("Iti"), Variant(std::int16_t{1}));
-  EXPECT_EQ(Get("Syurui"), Variant(std::int16_t{9}));
-  EXPECT_EQ(Get("pPageNo"), Variant(std::int16_t{5}));
-  EXPECT_EQ(Get("Path"), Variant(floor));
 }
 
 // ---- Each property's code ------------------------------------------------------
@@ -190,15 +171,6 @@ INSTANTIATE_TEST_SUITE_P(
                       BadPutCase{0, 0, -1, 0, "x", errc::kInvalidCall},
                       BadPutCase{0, 0, 0, 10, "x", errc::kInvalidCall},
                       BadPutCase{0, 0, 0, 0, std::string(201, 'x'), errc::kFieldTooSmall}));
-
-TEST_F(ValueTest, TwoHundredCharactersFitTheValue) {
-  Key(0, 0, 0, 0);
-  std::string longest;
-  for (int i = 0; i < 200; ++i)
-    longest += "梁";
-  Put("Haba", {}, longest);
-  EXPECT_EQ(Get("Haba"), Variant(longest));
-}
 
 }  // namespace
 }  // namespace seluvorne::testing
