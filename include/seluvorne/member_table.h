@@ -97,6 +97,9 @@ requires(!std::is_const_v<T>) class Argument<T&> {
       direct_ = slot_;
     } else if constexpr (vb::IsArray<T>::value) {
       if (slot_->isArray()) direct_ = std::get_if<T>(&slot_->anyArray());
+    } else if constexpr (vb::IsSharedObject<T>::value) {
+      // A typed object (std::shared_ptr<dao::Recordset>&): the Variant holds
+      // an Object, so the member works on a converted copy.
     } else {
       direct_ = slot_->peek<T>();
     }

@@ -11,6 +11,7 @@
 
 #include "seluvorne/dao.h"
 #include "seluvorne/frame.h"
+#include "seluvorne/hari_fukasi_ds.h"
 #include "seluvorne/ui.h"
 
 namespace seluvorne {
@@ -24,6 +25,10 @@ void StartLibrary() {
     // Creating the engine by name gives the one shared engine.
     for (const char* prog_id : {"DAO.DBEngine.36", "DAO.DBEngine"})
       Register(prog_id, [] { return Object(dao::DBEngine::Instance()); });
+    Register("SeluVorneDS.clsHariFukasiDS", [] {
+      frame::EnsureStarted();
+      return Object(std::make_shared<clsHariFukasiDS>());
+    });
     frame::gForms = ui::CreateForms();
     frame::ScheduleStart();
   });
