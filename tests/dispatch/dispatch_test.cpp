@@ -90,6 +90,41 @@ TEST(DefaultMemberTest, ArgumentsOfAMemberWithoutParametersGoToItsResultsDefault
   EXPECT_RAISES(Invoke(holder, "Shelf", CallKind::PropertyGet, two), kWrongArgumentCount);
 }
 
+// Typed object references: a by-reference parameter the callee may fill, and
+// a field that holds one.
+class Librarian : public DispatchImpl<Librarian> {
+ public:
+  static const MemberTable<Librarian>& Members() {
+    static const auto table = MemberTable<Librarian>("Librarian")
+                                  .method("Shelve", &Librarian::Shelve)
+                                  .field("Kept", &Librarian::Kept);
+    return table;
+  }
+  std::shared_ptr<Shelf> Kept;
+  bool Shelve(std::shared_ptr<Shelf>& shelf) {
+    if (!shelf) shelf = std::make_shared<Shelf>();
+    Kept = shelf;
+    return true;
+  }
+};
+
+TEST(TypedObjectReferenceTest, IsFilledByTheCalleeAndRefusesOtherObjects) {
+  Object librarian = std::make_shared<Librarian>();
+  std::vector<Variant> args(1);  // Empty: Nothing
+  Invoke(librarian, "Shelve", CallKind::Method, args);
+  const Object shelf = vb::CObj(args[0]);
+  ASSERT_TRUE(std::dynamic_pointer_cast<Shelf>(shelf));
+  Invoke(librarian, "Shelve", CallKind::Method, args);
+  EXPECT_EQ(vb::CObj(args[0]), shelf);  // the same object stays
+
+  args[0] = Variant(Object(std::make_shared<Holder>()));
+  EXPECT_RAISES(Invoke(librarian, "Shelve", CallKind::Method, args), kTypeMismatch);
+  EXPECT_EQ(vb::CObj(Invoke(librarian, "Kept", CallKind::PropertyGet, {})), shelf);
+  std::vector<Variant> nothing(1);
+  Invoke(librarian, "Kept", CallKind::PropertyPut, nothing);
+  EXPECT_EQ(vb::CObj(Invoke(librarian, "Kept", CallKind::PropertyGet, {})), nullptr);
+}
+
 class DispatchTest : public testing::Test {
  protected:
   void SetUp() override {
