@@ -11,12 +11,26 @@
 
 #include "seluvorne/dao.h"
 #include "seluvorne/frame.h"
+#include "seluvorne/hari_sw_ds.h"
+#include "seluvorne/hiki_copy_ds.h"
 #include "seluvorne/ui.h"
 
 namespace seluvorne {
 
 namespace {
+
 std::once_flag started;
+
+// A class of the library, created by name; its first creation runs the
+// start routine.
+template <class C>
+void RegisterClass(std::string_view prog_id) {
+  Register(prog_id, [] {
+    frame::EnsureStarted();
+    return Object(std::make_shared<C>());
+  });
+}
+
 }  // namespace
 
 void StartLibrary() {
@@ -24,6 +38,8 @@ void StartLibrary() {
     // Creating the engine by name gives the one shared engine.
     for (const char* prog_id : {"DAO.DBEngine.36", "DAO.DBEngine"})
       Register(prog_id, [] { return Object(dao::DBEngine::Instance()); });
+    RegisterClass<clsHariSWDS>("SeluVorneDS.clsHariSWDS");
+    RegisterClass<clsHikiCopyDS>("SeluVorneDS.clsHikiCopyDS");
     frame::gForms = ui::CreateForms();
     frame::ScheduleStart();
   });
