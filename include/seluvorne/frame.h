@@ -26,6 +26,10 @@
 
 #include "seluvorne/collaborators.h"
 
+namespace seluvorne::dao {
+class Database;
+}  // namespace seluvorne::dao
+
 namespace seluvorne::frame {
 
 // The two page limits and the preset that chooses between them.
@@ -79,6 +83,15 @@ void EnsureStarted();
 // The last step of every class's destructor. It cannot raise: a component
 // that cannot be created leaves the old reference in its global.
 void ReplaceSharedCollaborators() noexcept;
+
+// ---- Databases ---------------------------------------------------------------
+
+// Runs "DELETE FORM <table>;" with dbFailOnError for each table of `db`, in
+// the order of its TableDefs (catalogue tables first). The keyword is kept
+// as the suite's clients have always sent it: the engine rejects the first
+// statement (3131), which ends the loop and reaches the caller, and no row
+// is deleted.
+void ClearAllTables(dao::Database& db);
 
 // ---- Windows -----------------------------------------------------------------
 

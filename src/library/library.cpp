@@ -11,6 +11,7 @@
 
 #include "seluvorne/dao.h"
 #include "seluvorne/frame.h"
+#include "seluvorne/hari_fukasi_ds.h"
 #include "seluvorne/hari_sw_ds.h"
 #include "seluvorne/hiki_copy_ds.h"
 #include "seluvorne/ui.h"
@@ -38,6 +39,7 @@ void StartLibrary() {
     // Creating the engine by name gives the one shared engine.
     for (const char* prog_id : {"DAO.DBEngine.36", "DAO.DBEngine"})
       Register(prog_id, [] { return Object(dao::DBEngine::Instance()); });
+    RegisterClass<clsHariFukasiDS>("SeluVorneDS.clsHariFukasiDS");
     RegisterClass<clsHariSWDS>("SeluVorneDS.clsHariSWDS");
     RegisterClass<clsHikiCopyDS>("SeluVorneDS.clsHikiCopyDS");
     frame::gForms = ui::CreateForms();

@@ -1,8 +1,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <filesystem>
+
 #include "error_matchers.h"
 #include "fake_components.h"
+#include "seluvorne/dao.h"
 #include "seluvorne/frame.h"
 
 namespace {
@@ -380,6 +384,37 @@ TEST_F(FrameTest, AnswersAreReadWithTheRuntimesCoercions) {
   EXPECT_EQ(ExistProbe::Create().Find_FileExists("p"), "");  // Empty reads as ""
   EXPECT_RAISES(StepGuide::Create().isAllCalc(), errc::kTypeMismatch);
   EXPECT_RAISES(FloorDirs().CurrFloor(), errc::kObjectNotSet);  // a facade holding Nothing
+}
+
+// ---- Emptying a database ----------------------------------------------------
+
+TEST(ClearAllTables, TheEnginesFirstVerdictReachesTheCallerAndNoRowIsDeleted) {
+  char pattern[] = "/tmp/seluvorne-frame-XXXXXX";
+  const std::filesystem::path folder = mkdtemp(pattern);
+  auto db = dao::DBEngine::Instance()->CreateDatabase((folder / "floor.mdb").string(),
+                                                      std::string(dao::dbLangJapanese));
+  for (const char* name : {"TOORIMEI", "KUTAIDATA"}) {
+    auto table = db->CreateTableDef(name);
+    table->Fields()->Append(table->CreateField("PAGE", dao::dbInteger));
+    db->TableDefs()->Append(table);
+    auto rows = db->OpenRecordset(name, dao::dbOpenDynaset);
+    rows->AddNew();
+    rows->SetValue("PAGE", std::int16_t{1});
+    rows->Update();
+  }
+  try {
+    ClearAllTables(*db);
+    ADD_FAILURE() << "ClearAllTables did not raise";
+  } catch (const Error& error) {
+    EXPECT_EQ(error.number, errc::kSyntaxError);
+    EXPECT_THAT(error.description, ::testing::StartsWith("Syntax error in FROM clause."));
+  }
+  for (const char* name : {"TOORIMEI", "KUTAIDATA"}) {
+    auto rows = db->OpenRecordset(std::string("SELECT * FROM ") + name + ";", dao::dbOpenSnapshot);
+    EXPECT_FALSE(rows->IsEOF()) << name;
+  }
+  db->Close();
+  std::filesystem::remove_all(folder);
 }
 
 }  // namespace

@@ -1,0 +1,55 @@
+// The build-out store's names: its files, the table KUTAIDATA and its shape,
+// and the texts of the statements the store runs on it. Statements are built
+// from fixed fragments and the numbers of the current key; their texts are
+// kept here, in one place, where tests can read them.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "seluvorne/hari_fukasi_ds.h"
+
+namespace seluvorne::fukasi {
+
+// folder + "\" + name; 52 for an empty folder, which would name a file at
+// the root of the file system.
+std::string FloorFile(const std::string& folder, std::string_view name);
+
+inline constexpr std::string_view kTable = "KUTAIDATA";
+// The five key fields, in table order; DATA follows them.
+inline constexpr std::array<std::string_view, 5> kKeyFields = {"PAGE", "SPANNO", "ITI", "SYURUI",
+                                                               "BANGOU"};
+inline constexpr std::string_view kDataField = "DATA";
+inline constexpr int kFieldCount = 6;
+inline constexpr std::int32_t kDataSize = 200;  // characters
+// The most rows a page read answers.
+inline constexpr std::int32_t kMaxPageRows = 99999;
+
+// The value codes (BANGOU) with a property of their own.
+inline constexpr std::int32_t kCodeKaisiAnka = 2;
+inline constexpr std::int32_t kCodeEndAnka = 5;
+inline constexpr std::int32_t kCodeKigou = 6;
+
+using Level = clsHariFukasiDS::Level;
+using Key = clsHariFukasiDS::Key;
+
+// " * FROM KUTAIDATA" with the WHERE clause of `level` and ";": a query puts
+// "SELECT" before it, a delete "DELETE".
+std::string RangeFilter(const Key& key, Level level);
+
+// The symbols (code 6) of a page. The numbers keep the blank Str puts before
+// a number that is not negative: "... WHERE PAGE =  3 AND BANGOU = 6;".
+std::string SymbolQuery(std::int16_t page);
+
+// Moves the spans of `page` after `span` down by one (closing its gap), or
+// those from `span` on up by one (opening one).
+std::string CloseSpanGap(std::int16_t page, std::int16_t span);
+std::string OpenSpanGap(std::int16_t page, std::int16_t span);
+
+// All rows of one page, and their delete (which ends in " ;").
+std::string PageQuery(std::int16_t page);
+std::string PageDelete(std::int16_t page);
+
+}  // namespace seluvorne::fukasi
