@@ -14,6 +14,7 @@
 #include "seluvorne/hari_fukasi_ds.h"
 #include "seluvorne/hari_sw_ds.h"
 #include "seluvorne/hiki_copy_ds.h"
+#include "seluvorne/seluvorne_data_service.h"
 #include "seluvorne/ui.h"
 
 namespace seluvorne {
@@ -39,6 +40,7 @@ void StartLibrary() {
     // Creating the engine by name gives the one shared engine.
     for (const char* prog_id : {"DAO.DBEngine.36", "DAO.DBEngine"})
       Register(prog_id, [] { return Object(dao::DBEngine::Instance()); });
+    RegisterClass<clsSeluVorneDataService>("SeluVorneDS.clsSeluVorneDataService");
     RegisterClass<clsHariFukasiDS>("SeluVorneDS.clsHariFukasiDS");
     RegisterClass<clsHariSWDS>("SeluVorneDS.clsHariSWDS");
     RegisterClass<clsHikiCopyDS>("SeluVorneDS.clsHikiCopyDS");
