@@ -126,13 +126,13 @@ class clsSeluVorneDataService : public DispatchImpl<clsSeluVorneDataService> {
   void DeleteAllDataDB(const std::string& KaiPath);
 
  private:
-  // The tables older floor files lack, in the order the openers add them.
-  enum class Upgrade { kSpanTop = 1, kSpanTopAndJoint = 2, kAll = 3 };
-  // Adds the first `steps` of those tables that `db` lacks, through SwStore.
+  // How many of the tables older floor files lack an opener adds, always in
+  // this order: SPANTOP, SPANTANJOIL, STPJOUGEGENSUN.
+  enum class Upgrade { kSpanTop, kSpanTopAndJoint, kAll };
+  // Adds those of them that `db` lacks, through SwStore.
   void UpgradeTables(std::shared_ptr<dao::Database>& db, Upgrade steps);
   clsHariSWDS& SwitchStore();        // SwStore, made on first use
   clsHariFukasiDS& BuildOutStore();  // FukasiStore, made on first use
-  std::shared_ptr<dao::Database> CreateFloorFile(const std::string& FileName);
 
   std::string curr_kai_;
   frame::BeamRoster roster_;

@@ -18,6 +18,11 @@ std::shared_ptr<dao::Workspace> DefaultWorkspace() {
   return dao::DBEngine::Instance()->Workspaces(vb::Variant(std::int16_t{0}));
 }
 
+// A new floor file with its nine tables, open.
+std::shared_ptr<dao::Database> CreateFloorFile(const std::string& path) {
+  return frame::CreateDatabaseWithTables(path, frame::kFloorTables);
+}
+
 }  // namespace
 
 std::string clsSeluVorneDataService::GetFileName(const std::string& KaiPath) const {
@@ -25,11 +30,6 @@ std::string clsSeluVorneDataService::GetFileName(const std::string& KaiPath) con
 }
 
 // ---- Creation ----------------------------------------------------------------
-
-std::shared_ptr<dao::Database> clsSeluVorneDataService::CreateFloorFile(
-    const std::string& FileName) {
-  return frame::CreateDatabaseWithTables(FileName, frame::kFloorTables);
-}
 
 void clsSeluVorneDataService::Create_SeluVorneTBL(const std::string& FileName) {
   CreateFloorFile(FileName)->Close();
@@ -52,19 +52,13 @@ void clsSeluVorneDataService::Create_SeluVornMDB_FullPath(const std::string& Fil
 // ---- Opening -----------------------------------------------------------------
 
 void clsSeluVorneDataService::UpgradeTables(std::shared_ptr<dao::Database>& db, Upgrade steps) {
-  struct Step {
-    bool (clsHariSWDS::*exists)(vb::Variant&);
-    void (clsHariSWDS::*create)(vb::Variant&);
-  };
-  static constexpr Step kSteps[] = {
-      {&clsHariSWDS::IsTopTblExist, &clsHariSWDS::CreateTopTbl},
-      {&clsHariSWDS::IsTanbuJointLTblExist, &clsHariSWDS::CreateTanbuJointLTbl},
-      {&clsHariSWDS::IsStpJougeGensunTblExist, &clsHariSWDS::CreateStpJougeGensunTbl}};
-
   clsHariSWDS& store = SwitchStore();
   vb::Variant handle(db);  // the checks take the handle by reference and may replace it
-  for (int i = 0; i < static_cast<int>(steps); ++i)
-    if (!(store.*kSteps[i].exists)(handle)) (store.*kSteps[i].create)(handle);
+  if (!store.IsTopTblExist(handle)) store.CreateTopTbl(handle);
+  if (steps >= Upgrade::kSpanTopAndJoint && !store.IsTanbuJointLTblExist(handle))
+    store.CreateTanbuJointLTbl(handle);
+  if (steps >= Upgrade::kAll && !store.IsStpJougeGensunTblExist(handle))
+    store.CreateStpJougeGensunTbl(handle);
   db = vb::FromVariant<std::shared_ptr<dao::Database>>(handle);
 }
 
