@@ -232,6 +232,10 @@ class Field : public DispatchImpl<Field> {
   // Sets the value of the row being added (3020 outside AddNew). The field's
   // rules are checked at Update.
   void SetValue(vb::Variant value);
+  // What a row added to this field's table stores for `value`, raising what
+  // Update would (3349, 3163, 3315, 3421), so that a caller can check a batch
+  // of rows before it adds the first. A field definition only (3219 otherwise).
+  vb::Variant StoredValue(const vb::Variant& value) const;
 
  private:
   friend class Fields;

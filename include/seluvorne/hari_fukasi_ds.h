@@ -183,6 +183,14 @@ class clsHariFukasiDS : public DispatchImpl<clsHariFukasiDS> {
   // Deletes page pPageNo.
   void HariFukasi_Del_DBTBL();
 
+  // The page buffer: parallel arrays, one entry per row of a page.
+  struct PageBuffer {
+    vb::Array<std::int16_t> page, span, iti, syurui, code;
+    vb::Array<std::string> data;
+  };
+  // For C++ callers that want to look at it (not one of the late-bound members).
+  const PageBuffer& wBuf() const { return buffer_; }
+
   // ---- Floor copy (floor_copy.cpp) -----------------------------------------
   // Copies a page's rows from one floor's file into another's, replacing the
   // destination page; false, destination untouched, when the source page has
@@ -214,12 +222,6 @@ class clsHariFukasiDS : public DispatchImpl<clsHariFukasiDS> {
   };
 
  private:
-  // Parallel arrays, one entry per row of a page.
-  struct PageBuffer {
-    vb::Array<std::int16_t> page, span, iti, syurui, code;
-    vb::Array<std::string> data;
-  };
-
   // Opens the file of Path when no database is open; false when it cannot.
   bool EnsureOpen();
   // The open database; 91 naming `operation` when none is.
@@ -228,8 +230,8 @@ class clsHariFukasiDS : public DispatchImpl<clsHariFukasiDS> {
   bool GetRecordRange(Level level, std::shared_ptr<dao::Recordset>& CopySet);
   bool DeleteRange(Level level);
   bool CopyRecordRange(Level level, std::shared_ptr<dao::Recordset>& CopySet);
-  std::string ReadValue(std::int32_t code);
-  void WriteValue(std::int32_t code, const std::string& value);
+  std::string ReadValue(std::int32_t value_code);
+  void WriteValue(std::int32_t value_code, const std::string& value);
 
   std::shared_ptr<dao::Database> database_;
   std::string path_;

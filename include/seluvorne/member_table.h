@@ -96,8 +96,8 @@ requires(!std::is_const_v<T>) class Argument<T&> {
     if constexpr (vb::IsArray<T>::value) {
       if (slot_->isArray()) direct_ = std::get_if<T>(&slot_->anyArray());
     } else if constexpr (vb::IsSharedObject<T>::value) {
-      // A typed object reference (std::shared_ptr<dao::Database>&): the
-      // Variant holds a plain Object, so the callee always gets a checked copy.
+      // A typed object (std::shared_ptr<dao::Database>&): the Variant holds a
+      // plain Object, so the member works on a checked, converted copy.
     } else {
       direct_ = slot_->peek<T>();
     }

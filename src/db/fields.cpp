@@ -1,6 +1,7 @@
 // Field collections and fields: definitions of a table, or columns of a
 // record set.
 
+#include "field_rules.h"
 #include "seluvorne/dao.h"
 #include "states.h"
 
@@ -128,6 +129,10 @@ void Field::SetAllowZeroLength(bool allow) {
   db::FieldDefinitionState& definition = Definition();
   if (definition.fixed) Raise(errc::kInvalidOperation, "(the field's table is in a database)");
   definition.definition.allow_zero_length = allow;
+}
+
+vb::Variant Field::StoredValue(const vb::Variant& value) const {
+  return db::StoredValue(Definition().definition, value);
 }
 
 vb::Variant Field::Value() const {

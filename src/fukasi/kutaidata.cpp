@@ -1,5 +1,6 @@
 #include "kutaidata.h"
 
+#include "seluvorne/frame.h"
 #include "seluvorne/runtime.h"
 
 namespace seluvorne::fukasi {
@@ -28,7 +29,7 @@ std::string RangeFilter(const Key& key, Level level) {
 
 std::string SymbolQuery(std::int16_t page) {
   return "SELECT DATA FROM " + std::string(kTable) + " WHERE PAGE = " + vb::Str(page) +
-         " AND BANGOU =" + vb::Str(kCodeKigou) + ";";
+         " AND BANGOU =" + vb::Str(code::kKigou) + ";";
 }
 
 std::string CloseSpanGap(std::int16_t page, std::int16_t span) {
@@ -49,6 +50,36 @@ std::string PageQuery(std::int16_t page) {
 
 std::string PageDelete(std::int16_t page) {
   return "DELETE * FROM " + std::string(kTable) + " WHERE PAGE = " + StrTrimmed(page) + " ;";
+}
+
+void CheckPage(std::int16_t page) {
+  if (page < 0 || page > frame::gPageMax)
+    Raise(errc::kInvalidCall,
+          "(page " + StrTrimmed(page) + " is outside 0 to " + StrTrimmed(frame::gPageMax) + ")");
+}
+
+void CheckRow(dao::Fields& fields, std::span<const vb::Variant> row) {
+  for (int i = 1; i < kFieldCount; ++i)
+    fields.Item(i)->StoredValue(row[i]);
+  const vb::Variant page = fields.Item(0)->StoredValue(row[0]);  // Integer or Null
+  if (!page.peek<std::int16_t>()) Raise(errc::kInvalidCall, "(a row without a page)");
+  CheckPage(*page.peek<std::int16_t>());
+}
+
+void AddRow(dao::Recordset& set, std::span<const vb::Variant> row) {
+  set.AddNew();
+  auto fields = set.Fields();
+  for (int i = 0; i < kFieldCount; ++i)
+    fields->Item(i)->SetValue(row[i]);
+  set.Update();
+}
+
+bool ReadRows(dao::Database& database, const std::string& query, vb::Variant& rows) {
+  auto set = database.OpenRecordset(query, dao::dbOpenSnapshot);
+  const bool found = !set->IsEOF();
+  if (found) rows = set->GetRows(kMaxPageRows);
+  set->Close();
+  return found;
 }
 
 }  // namespace seluvorne::fukasi

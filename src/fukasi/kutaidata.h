@@ -6,6 +6,7 @@
 
 #include <array>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -27,10 +28,16 @@ inline constexpr std::int32_t kDataSize = 200;  // characters
 // The most rows a page read answers.
 inline constexpr std::int32_t kMaxPageRows = 99999;
 
-// The value codes (BANGOU) with a property of their own.
-inline constexpr std::int32_t kCodeKaisiAnka = 2;
-inline constexpr std::int32_t kCodeEndAnka = 5;
-inline constexpr std::int32_t kCodeKigou = 6;
+// The value codes (BANGOU), named by the property that reads and writes
+// each. The four with sides name side A; side B's code is two higher.
+namespace code {
+inline constexpr std::int32_t kKaisiKyori = 0, kKaisiNomikomi = 1, kKaisiAnka = 2, kSyuuten = 3,
+                              kENDNomikomi = 4, kEndAnka = 5, kKigou = 6, kStpKei = 7, kStpPich = 8,
+                              kSyukinKei = 11, kSyukinHon = 12, kHaraKei = 15, kHaraHon = 16,
+                              kHabadomeKei = 17, kHabadomePich = 18, kAtusa = 19, kSiten = 20,
+                              kHaba = 21;
+inline constexpr std::int32_t kSideB = 2;
+}  // namespace code
 
 using Level = clsHariFukasiDS::Level;
 using Key = clsHariFukasiDS::Key;
@@ -51,5 +58,22 @@ std::string OpenSpanGap(std::int16_t page, std::int16_t span);
 // All rows of one page, and their delete (which ends in " ;").
 std::string PageQuery(std::int16_t page);
 std::string PageDelete(std::int16_t page);
+
+// ---- Rows --------------------------------------------------------------------
+
+// 5 for a page outside 0 to the library's page limit.
+void CheckPage(std::int16_t page);
+
+// Checks a row about to be added (the six fields in table order) before
+// anything is written: what the table's `fields` would raise at Update, and
+// CheckPage.
+void CheckRow(dao::Fields& fields, std::span<const vb::Variant> row);
+
+// Adds `row` (the six fields in table order) through `set`.
+void AddRow(dao::Recordset& set, std::span<const vb::Variant> row);
+
+// The rows `query` selects, at most kMaxPageRows, as an array (field, row)
+// in `rows`; false, `rows` untouched, when there are none.
+bool ReadRows(dao::Database& database, const std::string& query, vb::Variant& rows);
 
 }  // namespace seluvorne::fukasi

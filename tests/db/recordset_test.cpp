@@ -102,9 +102,17 @@ TEST_P(FieldRuleTest, UpdateAppliesTheFieldsRule) {
   table->Fields()->Append(table->CreateField("SHORT", dao::dbText, 3));  // no zero length
   db->TableDefs()->Append(table);
 
+  // The table's field answers the same verdict before any row is added.
+  auto field = db->TableDefs()->Item("RULES")->Fields()->Item(rule.field);
+  if (rule.error != 0)
+    EXPECT_RAISES(field->StoredValue(rule.value), rule.error);
+  else
+    EXPECT_EQ(field->StoredValue(rule.value), rule.stored);
+
   auto rs = db->OpenRecordset("RULES", dao::dbOpenDynaset);
   rs->AddNew();
   rs->SetValue(rule.field, rule.value);
+  EXPECT_RAISES(rs->Fields()->Item(rule.field)->StoredValue(rule.value), kInvalidOperation);
   if (rule.error != 0) {
     EXPECT_RAISES(rs->Update(), rule.error);
     EXPECT_EQ(CountRows(*db, "SELECT * FROM RULES;"), 0);

@@ -7,7 +7,9 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
@@ -78,6 +80,19 @@ class FukasiTest : public ::testing::Test {
     return floor;
   }
   static std::string FileIn(const std::string& floor) { return floor + "\\HARIFUKA.mdb"; }
+
+  // The rows of the build-out fixture (floor-basic/HARIFUKA.mdb), from its
+  // manifest: pages 0 and 4; page 4 has only blank symbols. Empty when the
+  // shared fixtures are not there (the caller skips).
+  static std::vector<Row> FixtureRows() {
+    std::ifstream manifest(SELUVORNE_FIXTURES "/jet/floor-basic/HARIFUKA.mdb.json");
+    if (!manifest) return {};
+    const nlohmann::json content = nlohmann::json::parse(manifest);
+    std::vector<Row> rows;
+    for (const auto& row : content["tables"][0]["rows"])
+      rows.push_back(Row{row[0], row[1], row[2], row[3], row[4], row[5]});
+    return rows;
+  }
 
   static std::shared_ptr<dao::Database> Open(const std::string& file) {
     return dao::DBEngine::Instance()->OpenDatabase(file);
