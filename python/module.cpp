@@ -3,11 +3,16 @@
 // package's own.
 
 #include <pybind11/pybind11.h>
+#include <pybind11/stl.h>
+
+#include <optional>
+#include <string>
 
 #include "array.h"
 #include "component.h"
 #include "errors.h"
 #include "proxy.h"
+#include "seluvorne/components.h"
 #include "seluvorne/library.h"
 #include "values.h"
 
@@ -51,9 +56,20 @@ PYBIND11_MODULE(_seluvorne, module) {
       "restart", [] { WithoutGil([] { seluvorne::RestartLibrary(); }); },
       "Runs the library's start routine again: fresh library-wide globals.");
 
+  module.def(
+      "register_standalone",
+      [](const std::optional<std::string>& data_root) {
+        WithoutGil([&] { seluvorne::RegisterStandaloneComponents(data_root.value_or("")); });
+      },
+      py::arg("data_root") = py::none(),
+      "Registers the library's plain stand-ins for the suite's outside components, for\n"
+      "scripts without the suite. data_root: where the floors are; None takes\n"
+      "SELUVORNE_DATA, else dataRoot of the settings file.");
+  module.attr("FLOOR_COMPANION") = std::string(seluvorne::kFloorCompanionProgId);
+
   // The names are the package's: seluvorne.Dispatch, not seluvorne._seluvorne.Dispatch.
   for (const char* name : {"Ref", "Array", "Dispatch", "Member", "register", "unregister",
-                           "CreateObject", "DBEngine", "restart"})
+                           "CreateObject", "DBEngine", "restart", "register_standalone"})
     module.attr(name).attr("__module__") = "seluvorne";
 
   seluvorne::StartLibrary();

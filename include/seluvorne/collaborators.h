@@ -217,6 +217,15 @@ class Progress : public Collaborator<Progress> {
   void Value(std::int16_t value) const;
 };
 
+// The suite's companion of a floor file, which the data service asks to make
+// its own file beside a new floor (no identifier: the host hands it over).
+class FloorCompanion : public Collaborator<FloorCompanion> {
+ public:
+  using Collaborator::Collaborator;
+
+  void CreateMDB_FullPath(const std::string& floor_file) const;
+};
+
 // The additional-rebar store.
 class ExtraBars : public Collaborator<ExtraBars> {
  public:

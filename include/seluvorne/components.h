@@ -20,9 +20,16 @@ namespace seluvorne {
 // $HOME/.config/seluvorne/settings.json.
 std::filesystem::path SettingsFilePath();
 
+// The floor file's companion for hosts without the suite. The data service
+// asks the companion a host gives it (FloorCompanion) to make its own file
+// beside a new floor; this one creates nothing, as there is no suite file to
+// keep. A host sets it: floor.FloorCompanion = CreateObject(kFloorCompanionProgId).
+inline constexpr std::string_view kFloorCompanionProgId = "Standalone.clsFloorCompanion";
+
 // Registers the standalone components under the outside components'
-// identifiers. Raises 5 when no data root is given or configured, 13 when the
-// settings file is malformed.
+// identifiers, and the floor companion under kFloorCompanionProgId. Raises 5
+// when no data root is given or configured, 13 when the settings file is
+// malformed.
 void RegisterStandaloneComponents(std::string_view data_root = {});
 
 }  // namespace seluvorne

@@ -93,13 +93,11 @@ template <class T>
 requires(!std::is_const_v<T>) class Argument<T&> {
  public:
   Argument(std::span<vb::Variant> args, std::size_t i) : slot_(&args[i]) {
-    if constexpr (std::is_same_v<T, vb::Variant>) {
-      direct_ = slot_;
-    } else if constexpr (vb::IsArray<T>::value) {
+    if constexpr (vb::IsArray<T>::value) {
       if (slot_->isArray()) direct_ = std::get_if<T>(&slot_->anyArray());
     } else if constexpr (vb::IsSharedObject<T>::value) {
-      // A typed object (std::shared_ptr<dao::Recordset>&): the Variant holds
-      // an Object, so the member works on a converted copy.
+      // A typed object (std::shared_ptr<dao::Database>&): the Variant holds a
+      // plain Object, so the member works on a checked, converted copy.
     } else {
       direct_ = slot_->peek<T>();
     }
@@ -114,6 +112,18 @@ requires(!std::is_const_v<T>) class Argument<T&> {
   vb::Variant* slot_;
   T* direct_ = nullptr;
   std::optional<T> copy_;
+};
+
+// A Variant by reference is the caller's Variant itself.
+template <>
+class Argument<vb::Variant&> {
+ public:
+  Argument(std::span<vb::Variant> args, std::size_t i) : slot_(&args[i]) {}
+  vb::Variant& get() { return *slot_; }
+  void WriteBack() {}
+
+ private:
+  vb::Variant* slot_;
 };
 
 // The number of leading arguments a member cannot do without: all but the

@@ -18,6 +18,7 @@ docs/python.md gives the rules values follow across the boundary.
 """
 
 from seluvorne._seluvorne import (
+    FLOOR_COMPANION,
     Array,
     CreateObject,
     DBEngine,
@@ -26,11 +27,13 @@ from seluvorne._seluvorne import (
     Member,
     Ref,
     register,
+    register_standalone,
     restart,
     unregister,
 )
 
 __all__ = [
+    "FLOOR_COMPANION",
     "Array",
     "CreateObject",
     "DBEngine",
@@ -39,6 +42,7 @@ __all__ = [
     "Member",
     "Ref",
     "register",
+    "register_standalone",
     "restart",
     "unregister",
 ]

@@ -21,7 +21,8 @@ def test_the_stubs_describe_the_module():
     stubs = ast.parse((package / "__init__.pyi").read_text())
     classes = {node.name: node for node in stubs.body if isinstance(node, ast.ClassDef)}
     functions = {node.name for node in stubs.body if isinstance(node, ast.FunctionDef)}
-    assert set(classes) | functions == set(seluvorne.__all__)
+    constants = {node.target.id for node in stubs.body if isinstance(node, ast.AnnAssign)}
+    assert set(classes) | functions | constants == set(seluvorne.__all__)
     for name, node in classes.items():
         if name == "Error":  # its attributes are set on each instance
             continue

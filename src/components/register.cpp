@@ -47,6 +47,7 @@ void RegisterStandaloneComponents(std::string_view data_root) {
   Register(Launch::kProgId, [] { return NewLaunch(); });
   Register(ExtraBars::kProgId, [] { return NewCompanionData(); });
   Register(SolverRecords::kProgId, [] { return NewCompanionData(); });
+  Register(kFloorCompanionProgId, [] { return NewFloorCompanion(); });
 }
 
 }  // namespace seluvorne

@@ -23,5 +23,6 @@ Object NewScopeExporter();
 Object NewPresenter();
 Object NewLaunch();
 Object NewCompanionData();
+Object NewFloorCompanion();
 
 }  // namespace seluvorne::components

@@ -13,6 +13,9 @@
 //   ExtraBarStore.clsExtraBars,     keep Buzai; CopyPathPage_KaiSitei_Ini, CopyPathPage_KaiSitei
 //   BeamSolver.clsSolverRecords     and Copy_CalcFile copy nothing: without the suite there is
 //                                   no additional rebar and no calculation file to copy
+//   Standalone.clsFloorCompanion    CreateMDB_FullPath creates nothing: the suite's companion
+//                                   keeps a file of its own beside a new floor, and without the
+//                                   suite there is none to keep
 
 #include "components/standalone.h"
 #include "seluvorne/member_table.h"
@@ -121,6 +124,18 @@ class CompanionData : public DispatchImpl<CompanionData> {
                      std::int16_t, std::int16_t, std::int16_t) {}
 };
 
+// The floor file's companion, which a host hands to the data service.
+class FloorCompanion : public DispatchImpl<FloorCompanion> {
+ public:
+  static const MemberTable<FloorCompanion>& Members() {
+    static const auto table =
+        MemberTable<FloorCompanion>("clsFloorCompanion")
+            .method("CreateMDB_FullPath", &FloorCompanion::CreateMDB_FullPath);
+    return table;
+  }
+  void CreateMDB_FullPath(const std::string&) const {}
+};
+
 }  // namespace
 
 Object NewScopeKit() {
@@ -137,6 +152,9 @@ Object NewLaunch() {
 }
 Object NewCompanionData() {
   return std::make_shared<CompanionData>();
+}
+Object NewFloorCompanion() {
+  return std::make_shared<FloorCompanion>();
 }
 
 }  // namespace seluvorne::components

@@ -244,6 +244,12 @@ void Progress::Value(std::int16_t value) const {
   Put("Value", value);
 }
 
+// ---- The floor file's companion ---------------------------------------------
+
+void FloorCompanion::CreateMDB_FullPath(const std::string& floor_file) const {
+  Call("CreateMDB_FullPath", floor_file);
+}
+
 // ---- ExtraBarStore.clsExtraBars ----------------------------------------------
 
 void ExtraBars::Buzai(const std::string& member_kind) const {

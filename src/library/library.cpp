@@ -12,12 +12,27 @@
 #include "seluvorne/dao.h"
 #include "seluvorne/frame.h"
 #include "seluvorne/hari_fukasi_ds.h"
+#include "seluvorne/hari_sw_ds.h"
+#include "seluvorne/hiki_copy_ds.h"
+#include "seluvorne/seluvorne_data_service.h"
 #include "seluvorne/ui.h"
 
 namespace seluvorne {
 
 namespace {
+
 std::once_flag started;
+
+// A class of the library, created by name; its first creation runs the
+// start routine.
+template <class C>
+void RegisterClass(std::string_view prog_id) {
+  Register(prog_id, [] {
+    frame::EnsureStarted();
+    return Object(std::make_shared<C>());
+  });
+}
+
 }  // namespace
 
 void StartLibrary() {
@@ -25,10 +40,10 @@ void StartLibrary() {
     // Creating the engine by name gives the one shared engine.
     for (const char* prog_id : {"DAO.DBEngine.36", "DAO.DBEngine"})
       Register(prog_id, [] { return Object(dao::DBEngine::Instance()); });
-    Register("SeluVorneDS.clsHariFukasiDS", [] {
-      frame::EnsureStarted();
-      return Object(std::make_shared<clsHariFukasiDS>());
-    });
+    RegisterClass<clsSeluVorneDataService>("SeluVorneDS.clsSeluVorneDataService");
+    RegisterClass<clsHariFukasiDS>("SeluVorneDS.clsHariFukasiDS");
+    RegisterClass<clsHariSWDS>("SeluVorneDS.clsHariSWDS");
+    RegisterClass<clsHikiCopyDS>("SeluVorneDS.clsHikiCopyDS");
     frame::gForms = ui::CreateForms();
     frame::ScheduleStart();
   });

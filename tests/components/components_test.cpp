@@ -435,6 +435,8 @@ TEST_F(ComponentsTest, SuiteOnlyComponentsAcceptTheirMembersAndClaimNoSuccess) {
     extra.CopyPathPage_KaiSitei(root_, 0, 1, root_, 1);
     SolverRecords(store).Copy_CalcFile(1, 1, 1, 0, 1, 1, 2, 0);
   }
+  const FloorCompanion companion(CreateObject(kFloorCompanionProgId));
+  companion.CreateMDB_FullPath(root_ + "\\Zene1\\Kouji1\\1kai\\SELUVORN.mdb");
   EXPECT_EQ(fs::directory_iterator(root_), fs::directory_iterator());  // nothing was written
 }
 

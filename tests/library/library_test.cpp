@@ -48,4 +48,24 @@ TEST(Library, StartsWithStandaloneComponentsAndShowsTheConfirmationForm) {
   fs::remove_all(root);
 }
 
+// Each class of the library is created by name, and its creation runs the
+// start routine first.
+class ClassByName : public ::testing::TestWithParam<const char*> {};
+
+TEST_P(ClassByName, CreationRunsTheStartRoutine) {
+  fakes::FakeComponents fakes;
+  StartLibrary();
+  frame::ScheduleStart();
+  Object object = CreateObject(std::string("SeluVorneDS.") + GetParam());
+  EXPECT_EQ(object->className(), GetParam());
+  EXPECT_EQ(fakes.Created(frame::Presets::kProgId), 1);
+  EXPECT_TRUE(frame::gFloorDirs);
+  object.reset();
+  frame::ScheduleStart();
+}
+
+INSTANTIATE_TEST_SUITE_P(Classes, ClassByName,
+                         ::testing::Values("clsSeluVorneDataService", "clsHariFukasiDS",
+                                           "clsHariSWDS", "clsHikiCopyDS"));
+
 }  // namespace

@@ -1,0 +1,33 @@
+// Creating tables from their descriptions.
+
+#include "seluvorne/table_schema.h"
+
+namespace seluvorne::frame {
+
+void CreateTable(dao::Database& db, const TableSchema& table) {
+  auto definition = db.CreateTableDef(std::string(table.name));
+  for (const FieldSchema& schema : table.fields) {
+    std::shared_ptr<dao::Field> field;
+    if (schema.type == dao::dbText) {
+      field = definition->CreateField(std::string(schema.name), dao::dbText, schema.size);
+      field->SetAllowZeroLength(true);
+    } else {
+      field = definition->CreateField(std::string(schema.name), schema.type);
+      field->SetDefaultValue("-1");
+    }
+    definition->Fields()->Append(field);
+  }
+  db.TableDefs()->Append(definition);
+}
+
+std::shared_ptr<dao::Database> CreateDatabaseWithTables(const std::string& path,
+                                                        std::span<const TableSchema> tables) {
+  auto db = dao::DBEngine::Instance()
+                ->Workspaces(vb::Variant(std::int16_t{0}))
+                ->CreateDatabase(path, std::string(dao::dbLangJapanese));
+  for (const TableSchema& table : tables)
+    CreateTable(*db, table);
+  return db;
+}
+
+}  // namespace seluvorne::frame

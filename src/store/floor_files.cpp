@@ -1,0 +1,139 @@
+// The floor file: its name, creation, the opens for work with the tables
+// older files lack, closing, emptying and deletion.
+
+#include "seluvorne/files.h"
+#include "seluvorne/floor_schema.h"
+#include "seluvorne/frame.h"
+#include "seluvorne/seluvorne_data_service.h"
+
+namespace seluvorne {
+
+namespace {
+
+using frame::ExistProbe;
+using frame::gExistProbe;
+using frame::gFloorDirs;
+
+std::shared_ptr<dao::Workspace> DefaultWorkspace() {
+  return dao::DBEngine::Instance()->Workspaces(vb::Variant(std::int16_t{0}));
+}
+
+// A new floor file with its nine tables, open.
+std::shared_ptr<dao::Database> CreateFloorFile(const std::string& path) {
+  return frame::CreateDatabaseWithTables(path, frame::kFloorTables);
+}
+
+}  // namespace
+
+std::string clsSeluVorneDataService::GetFileName(const std::string& KaiPath) const {
+  return KaiPath + std::string(kFileName);
+}
+
+// ---- Creation ----------------------------------------------------------------
+
+void clsSeluVorneDataService::Create_SeluVorneTBL(const std::string& FileName) {
+  CreateFloorFile(FileName)->Close();
+}
+
+void clsSeluVorneDataService::Create_SeluVorneTBL_for_Copy(const std::string& FileName) {
+  KutaiDb = CreateFloorFile(FileName);
+}
+
+void clsSeluVorneDataService::Create_SeluVornMDB(const std::string& KaiPath) {
+  if (gExistProbe.Find_FileExists(KaiPath, ExistProbe::kFolder).empty())
+    gFloorDirs.MakeMkDir(KaiPath);
+  Create_SeluVorneTBL(GetFileName(KaiPath));
+}
+
+void clsSeluVorneDataService::Create_SeluVornMDB_FullPath(const std::string& FileName) {
+  Create_SeluVorneTBL(FileName);
+}
+
+// ---- Opening -----------------------------------------------------------------
+
+void clsSeluVorneDataService::UpgradeTables(std::shared_ptr<dao::Database>& db, Upgrade steps) {
+  clsHariSWDS& store = SwitchStore();
+  vb::Variant handle(db);  // the checks take the handle by reference and may replace it
+  if (!store.IsTopTblExist(handle)) store.CreateTopTbl(handle);
+  if (steps >= Upgrade::kSpanTopAndJoint && !store.IsTanbuJointLTblExist(handle))
+    store.CreateTanbuJointLTbl(handle);
+  if (steps >= Upgrade::kAll && !store.IsStpJougeGensunTblExist(handle))
+    store.CreateStpJougeGensunTbl(handle);
+  db = vb::FromVariant<std::shared_ptr<dao::Database>>(handle);
+}
+
+bool clsSeluVorneDataService::OpenSeluVorne(const std::string& CurrFloor,
+                                            std::shared_ptr<dao::Database>& mydb) {
+  const std::string file = GetFileName(CurrFloor);
+  if (gExistProbe.Find_FileExists(file).empty()) Create_SeluVornMDB(CurrFloor);
+  auto db = DefaultWorkspace()->OpenDatabase(file);
+  UpgradeTables(db, Upgrade::kAll);
+  mydb = std::move(db);
+  return true;
+}
+
+bool clsSeluVorneDataService::WriteOpen(const std::string& KaiPath) {
+  if (WriteOpenDb) {
+    WriteOpenDb->Close();
+    WriteOpenDb.reset();
+  }
+  return OpenSeluVorne(KaiPath, WriteOpenDb);
+}
+
+bool clsSeluVorneDataService::OpenDB_Sitei(std::int16_t Mode) {
+  const std::string folder = gFloorDirs.GetFullPathToKai(CurZeneNo, CurKoujiNo, CurKaiNo);
+  const std::string file = GetFileName(folder);
+  bool found = !gExistProbe.Find_FileExists(file, ExistProbe::kFile).empty();
+  if (!found && Mode == 1) {
+    Create_SeluVornMDB_FullPath(file);
+    // A new floor gets its build-out file beside it; one already there is kept.
+    const std::string build_out = folder + "\\" + std::string(clsHariFukasiDS::kFileName);
+    if (!files::FileExists(build_out)) BuildOutStore().Create_HariFukasiMDB_FullPath(build_out);
+    frame::FloorCompanion(FloorCompanion).CreateMDB_FullPath(file);
+    found = true;
+  }
+  if (!found) {
+    KutaiDb.reset();
+    return false;
+  }
+  auto db = dao::DBEngine::Instance()->OpenDatabase(file);
+  UpgradeTables(db, Upgrade::kSpanTop);
+  KutaiDb = std::move(db);
+  return true;
+}
+
+bool clsSeluVorneDataService::OpenDB_Sitei_Copy(const std::string& sFullPathFileName) {
+  if (gExistProbe.Find_FileExists(sFullPathFileName, ExistProbe::kFile).empty())
+    Create_SeluVornMDB_FullPath(sFullPathFileName);
+  auto db = dao::DBEngine::Instance()->OpenDatabase(sFullPathFileName);
+  UpgradeTables(db, Upgrade::kSpanTopAndJoint);
+  KutaiDb = std::move(db);
+  return false;
+}
+
+// ---- Closing, emptying, deleting ---------------------------------------------
+
+void clsSeluVorneDataService::CloseDB() {
+  if (!KutaiDb) Raise(errc::kObjectNotSet, "(no floor file is open)");
+  KutaiDb->Close();
+}
+
+void clsSeluVorneDataService::DeleteMdbByPath(const std::string& KaiPath) {
+  const std::string file = GetFileName(KaiPath);
+  if (gExistProbe.Find_FileExists(file).empty()) return;
+  if (WriteOpenDb) {
+    WriteOpenDb->Close();
+    WriteOpenDb.reset();
+  }
+  files::DeleteFile(file);
+}
+
+void clsSeluVorneDataService::DeleteAllDataDB(const std::string& KaiPath) {
+  const std::string file = GetFileName(KaiPath);
+  if (gExistProbe.Find_FileExists(file).empty()) return;
+  if (!WriteOpenDb) SetCurrKai(KaiPath);
+  if (!KutaiDb) Raise(errc::kObjectNotSet, "(no floor file is open)");
+  frame::ClearAllTables(*KutaiDb);
+}
+
+}  // namespace seluvorne
