@@ -23,19 +23,7 @@ clsHariFukasiDS::~clsHariFukasiDS() {
 }
 
 void clsHariFukasiDS::Create_HariFukasi_TBL(const std::string& FileName) {
-  auto database =
-      dao::DBEngine::Instance()->CreateDatabase(FileName, std::string(dao::dbLangJapanese));
-  auto table = database->CreateTableDef(std::string(fukasi::kTable));
-  for (std::string_view name : fukasi::kKeyFields) {
-    auto field = table->CreateField(std::string(name), dao::dbInteger);
-    field->SetDefaultValue("-1");
-    table->Fields()->Append(field);
-  }
-  auto data = table->CreateField(std::string(fukasi::kDataField), dao::dbText, fukasi::kDataSize);
-  data->SetAllowZeroLength(true);
-  table->Fields()->Append(data);
-  database->TableDefs()->Append(table);
-  database->Close();
+  frame::CreateDatabaseWithTables(FileName, {&fukasi::kTableSchema, 1})->Close();
 }
 
 void clsHariFukasiDS::Create_HariFukasiMDB_FullPath(const std::string& FileName) {

@@ -11,6 +11,7 @@
 #include <string_view>
 
 #include "seluvorne/hari_fukasi_ds.h"
+#include "seluvorne/table_schema.h"
 
 namespace seluvorne::fukasi {
 
@@ -19,12 +20,13 @@ namespace seluvorne::fukasi {
 std::string FloorFile(const std::string& folder, std::string_view name);
 
 inline constexpr std::string_view kTable = "KUTAIDATA";
-// The five key fields, in table order; DATA follows them.
-inline constexpr std::array<std::string_view, 5> kKeyFields = {"PAGE", "SPANNO", "ITI", "SYURUI",
-                                                               "BANGOU"};
 inline constexpr std::string_view kDataField = "DATA";
-inline constexpr int kFieldCount = 6;
-inline constexpr std::int32_t kDataSize = 200;  // characters
+// The five key fields, then DATA.
+inline constexpr frame::FieldSchema kFields[] = {
+    {"PAGE", dao::dbInteger},   {"SPANNO", dao::dbInteger}, {"ITI", dao::dbInteger},
+    {"SYURUI", dao::dbInteger}, {"BANGOU", dao::dbInteger}, {kDataField, dao::dbText, 200}};
+inline constexpr frame::TableSchema kTableSchema{kTable, kFields};
+inline constexpr int kFieldCount = std::size(kFields);
 // The most rows a page read answers.
 inline constexpr std::int32_t kMaxPageRows = 99999;
 
