@@ -1,7 +1,8 @@
 // A short tour of the runtime and late binding: a component is registered,
 // created by name and called by name, with by-reference arguments and the
 // runtime's conversions and errors; then the standalone components
-// (standalone_tour.cpp). Replaced by the command-line tool later.
+// (standalone_tour.cpp) and the library's classes on a floor (floor_tour.cpp).
+// Replaced by the command-line tool later.
 
 #include <cstdio>
 
@@ -37,6 +38,7 @@ class TourFloors : public seluvorne::DispatchImpl<TourFloors> {
 }  // namespace
 
 void StandaloneTour();
+void FloorTour();
 
 int main() {
   seluvorne::Register("Tour.Floors", [] { return std::make_shared<TourFloors>(); });
@@ -72,5 +74,6 @@ int main() {
     std::printf("NextFloor(32767): error %d, %s\n", error.number, error.description.c_str());
   }
   StandaloneTour();
+  FloorTour();
   return 0;
 }
