@@ -97,7 +97,7 @@ class UnrecognizedFileTest : public DbTest, public ::testing::WithParamInterface
 
 TEST_P(UnrecognizedFileTest, Raises3343) {
   std::filesystem::path source = std::filesystem::path(SELUVORNE_FIXTURES) / "jet" / GetParam();
-  if (!std::filesystem::exists(source)) GTEST_SKIP() << "fixture missing: " << source;
+  ASSERT_TRUE(std::filesystem::exists(source)) << "fixture missing: " << source;
   std::filesystem::copy_file(source, folder_ / "SELUVORN.mdb");
   try {
     Open("SELUVORN.mdb");

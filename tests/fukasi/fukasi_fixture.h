@@ -83,7 +83,7 @@ class FukasiTest : public ::testing::Test {
 
   // The rows of the build-out fixture (floor-basic/HARIFUKA.mdb), from its
   // manifest: pages 0 and 4; page 4 has only blank symbols. Empty when the
-  // shared fixtures are not there (the caller skips).
+  // manifest cannot be read (the caller fails).
   static std::vector<Row> FixtureRows() {
     std::ifstream manifest(SELUVORNE_FIXTURES "/jet/floor-basic/HARIFUKA.mdb.json");
     if (!manifest) return {};

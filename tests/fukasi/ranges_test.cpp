@@ -54,7 +54,7 @@ class RangeTest : public FukasiTest {
   void SetUp() override {
     FukasiTest::SetUp();
     fixture = FixtureRows();
-    if (fixture.empty()) GTEST_SKIP() << "the shared build-out fixture is not there";
+    ASSERT_FALSE(fixture.empty()) << "the build-out fixture's manifest is not there";
     floor = MakeFloorWith(fixture);
     store = std::make_shared<clsHariFukasiDS>();
     store->SetPath(floor);
