@@ -88,6 +88,26 @@ sqlite3* OpenRaw(const fs::path& path) {
   return db;
 }
 
+// Inserts `rows` with one prepared statement; outside a transaction each row
+// is its own commit, as each engine Update is.
+void InsertRaw(sqlite3* db, const std::vector<Row>& rows) {
+  sqlite3_stmt* insert = nullptr;
+  Check(sqlite3_prepare_v2(db,
+                           "INSERT INTO KUTAIDATA (PAGE, SUBPAGE, BANGOU, DATA) "
+                           "VALUES (?, ?, ?, ?)",
+                           -1, &insert, nullptr),
+        db);
+  for (const Row& row : rows) {
+    sqlite3_reset(insert);
+    sqlite3_bind_int(insert, 1, row.page);
+    sqlite3_bind_int(insert, 2, row.subpage);
+    sqlite3_bind_int(insert, 3, row.bangou);
+    sqlite3_bind_text(insert, 4, row.data.data(), static_cast<int>(row.data.size()), SQLITE_STATIC);
+    Check(sqlite3_step(insert), db);
+  }
+  sqlite3_finalize(insert);
+}
+
 // ---- Appending, one commit per row ------------------------------------------
 
 void BM_AppendEngine(benchmark::State& state) {
@@ -132,22 +152,7 @@ void AppendRaw(benchmark::State& state, bool with_indexes) {
                          nullptr, nullptr, nullptr),
             db);
     state.ResumeTiming();
-    sqlite3_stmt* insert = nullptr;
-    Check(sqlite3_prepare_v2(db,
-                             "INSERT INTO KUTAIDATA (PAGE, SUBPAGE, BANGOU, DATA) "
-                             "VALUES (?, ?, ?, ?)",
-                             -1, &insert, nullptr),
-          db);
-    for (const Row& row : rows) {
-      sqlite3_reset(insert);
-      sqlite3_bind_int(insert, 1, row.page);
-      sqlite3_bind_int(insert, 2, row.subpage);
-      sqlite3_bind_int(insert, 3, row.bangou);
-      sqlite3_bind_text(insert, 4, row.data.data(), static_cast<int>(row.data.size()),
-                        SQLITE_STATIC);
-      Check(sqlite3_step(insert), db);
-    }
-    sqlite3_finalize(insert);
+    InsertRaw(db, rows);
     sqlite3_close(db);
   }
   state.SetItemsProcessed(state.iterations() * kAppendedRows);
@@ -169,19 +174,8 @@ fs::path PagedFloor() {
     CreateFloor("paged.mdb")->Close();
     fs::path file = ScratchFolder() / "paged.mdb";
     sqlite3* db = OpenRaw(file);
-    sqlite3_exec(db, "BEGIN", nullptr, nullptr, nullptr);
-    sqlite3_stmt* insert = nullptr;
-    sqlite3_prepare_v2(db, "INSERT INTO KUTAIDATA VALUES (?, ?, ?, ?)", -1, &insert, nullptr);
-    for (const Row& row : Rows(kPages * kRowsPerPage, kRowsPerPage)) {
-      sqlite3_reset(insert);
-      sqlite3_bind_int(insert, 1, row.page);
-      sqlite3_bind_int(insert, 2, row.subpage);
-      sqlite3_bind_int(insert, 3, row.bangou);
-      sqlite3_bind_text(insert, 4, row.data.data(), static_cast<int>(row.data.size()),
-                        SQLITE_STATIC);
-      Check(sqlite3_step(insert), db);
-    }
-    sqlite3_finalize(insert);
+    Check(sqlite3_exec(db, "BEGIN", nullptr, nullptr, nullptr), db);
+    InsertRaw(db, Rows(kPages * kRowsPerPage, kRowsPerPage));
     Check(sqlite3_exec(db, "COMMIT", nullptr, nullptr, nullptr), db);
     sqlite3_close(db);
     return file;
