@@ -39,7 +39,8 @@ class FakeComponents {
   // Registers fakes under OutsideComponentIds(), or under `ids`.
   FakeComponents();
   explicit FakeComponents(std::vector<std::string_view> ids);
-  // Unregisters them; objects still alive keep logging into the shared state.
+  // Unregisters them and drops the log; objects still alive keep logging into
+  // the shared state.
   ~FakeComponents();
   FakeComponents(const FakeComponents&) = delete;
   FakeComponents& operator=(const FakeComponents&) = delete;
