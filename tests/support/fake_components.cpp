@@ -40,50 +40,14 @@ std::string DescribeValue(const vb::Variant& value) {
   }
 }
 
-}  // namespace
-
-struct FakeComponents::State {
-  std::map<std::string, NameMap, std::less<>> answers;  // by identifier
-  std::map<std::string, int, std::less<>> created;
-  std::vector<RecordedCall> calls;
+// One call, with its arguments as passed in, before the callee ran.
+struct RecordedCall {
+  std::string component;  // the identifier the object was created under
+  int instance = 0;       // 1 for the first object made under that identifier
+  std::string member;
+  CallKind kind = CallKind::Method;
+  std::vector<vb::Variant> args;
 };
-
-namespace {
-
-// One object of a fake component.
-class RecordingComponent : public Dispatch {
- public:
-  RecordingComponent(std::shared_ptr<FakeComponents::State> state, std::string id, int instance)
-      : state_(std::move(state)), id_(std::move(id)), instance_(instance) {}
-
-  vb::Variant invoke(std::string_view member, CallKind kind, std::span<vb::Variant> args) override {
-    state_->calls.push_back(RecordedCall{id_, instance_, std::string(member), kind,
-                                         std::vector<vb::Variant>(args.begin(), args.end())});
-    if (kind != CallKind::PropertyPut) {
-      auto scripted = state_->answers.find(id_);
-      if (scripted != state_->answers.end()) {
-        auto handler = scripted->second.find(member);
-        if (handler != scripted->second.end()) return handler->second(args);
-      }
-    }
-    if (kind == CallKind::PropertyPut) {
-      if (!args.empty()) properties_.insert_or_assign(std::string(member), args.back());
-      return {};
-    }
-    auto remembered = properties_.find(member);
-    return remembered != properties_.end() ? remembered->second : vb::Variant();
-  }
-
-  std::string_view className() const override { return id_; }
-
- private:
-  std::shared_ptr<FakeComponents::State> state_;
-  std::string id_;
-  int instance_;
-  std::unordered_map<std::string, vb::Variant, detail::NameHash, detail::NameEqual> properties_;
-};
-
-}  // namespace
 
 std::string Describe(const RecordedCall& call) {
   std::string out = call.component + "#" + std::to_string(call.instance) + " ";
@@ -104,6 +68,47 @@ std::string Describe(const RecordedCall& call) {
   }
   return out;
 }
+
+}  // namespace
+
+struct FakeComponents::State {
+  std::map<std::string, NameMap, std::less<>> answers;  // by identifier
+  std::map<std::string, int, std::less<>> created;
+  std::vector<RecordedCall> calls;
+};
+
+namespace {
+
+// One object of a fake component.
+class RecordingComponent : public Dispatch {
+ public:
+  RecordingComponent(std::shared_ptr<FakeComponents::State> state, std::string id, int instance)
+      : state_(std::move(state)), id_(std::move(id)), instance_(instance) {}
+
+  vb::Variant invoke(std::string_view member, CallKind kind, std::span<vb::Variant> args) override {
+    state_->calls.push_back(RecordedCall{id_, instance_, std::string(member), kind,
+                                         std::vector<vb::Variant>(args.begin(), args.end())});
+    if (kind == CallKind::PropertyPut) {
+      if (!args.empty()) properties_.insert_or_assign(std::string(member), args.back());
+      return {};
+    }
+    if (auto scripted = state_->answers.find(id_); scripted != state_->answers.end())
+      if (auto handler = scripted->second.find(member); handler != scripted->second.end())
+        return handler->second(args);
+    auto remembered = properties_.find(member);
+    return remembered != properties_.end() ? remembered->second : vb::Variant();
+  }
+
+  std::string_view className() const override { return id_; }
+
+ private:
+  std::shared_ptr<FakeComponents::State> state_;
+  std::string id_;
+  int instance_;
+  std::unordered_map<std::string, vb::Variant, detail::NameHash, detail::NameEqual> properties_;
+};
+
+}  // namespace
 
 const std::vector<std::string_view>& OutsideComponentIds() {
   using namespace frame;
@@ -131,6 +136,8 @@ FakeComponents::FakeComponents(std::vector<std::string_view> ids)
 FakeComponents::~FakeComponents() {
   for (const std::string& id : ids_)
     Unregister(id);
+  // A logged argument may be a fake object, which holds the state: a cycle.
+  state_->calls.clear();
 }
 
 void FakeComponents::Answer(std::string_view id, std::string_view member, vb::Variant value) {
@@ -141,21 +148,14 @@ void FakeComponents::Answer(std::string_view id, std::string_view member, Handle
   state_->answers[std::string(id)].insert_or_assign(std::string(member), std::move(handler));
 }
 
-const std::vector<RecordedCall>& FakeComponents::Calls() const {
-  return state_->calls;
-}
-
 std::vector<std::string> FakeComponents::Log() const {
-  std::vector<std::string> lines;
-  for (const RecordedCall& call : state_->calls)
-    lines.push_back(Describe(call));
-  return lines;
+  return Log({});
 }
 
 std::vector<std::string> FakeComponents::Log(std::string_view id) const {
   std::vector<std::string> lines;
   for (const RecordedCall& call : state_->calls)
-    if (detail::NameEqual()(call.component, id)) lines.push_back(Describe(call));
+    if (id.empty() || detail::NameEqual()(call.component, id)) lines.push_back(Describe(call));
   return lines;
 }
 

@@ -28,20 +28,6 @@
 
 namespace seluvorne::fakes {
 
-struct RecordedCall {
-  std::string component;  // the identifier the object was created under
-  int instance = 0;       // 1 for the first object made under that identifier
-  std::string member;
-  CallKind kind = CallKind::Method;
-  std::vector<vb::Variant> args;  // as passed in, before the callee ran
-};
-
-// One line per call: `Component#n Member(args)`, `Component#n get Member`,
-// `Component#n put Member = value`. Texts are quoted, numbers carry the
-// runtime's type suffix (1% Integer, 1& Long, 1! Single, 1# Double), booleans
-// read True/False, objects <ClassName>.
-std::string Describe(const RecordedCall& call);
-
 // A scripted answer; it may change by-reference arguments in `args`.
 using Handler = std::function<vb::Variant(std::span<vb::Variant> args)>;
 
@@ -53,7 +39,8 @@ class FakeComponents {
   // Registers fakes under OutsideComponentIds(), or under `ids`.
   FakeComponents();
   explicit FakeComponents(std::vector<std::string_view> ids);
-  // Unregisters them; objects still alive keep logging into the shared state.
+  // Unregisters them and drops the log; objects still alive keep logging into
+  // the shared state.
   ~FakeComponents();
   FakeComponents(const FakeComponents&) = delete;
   FakeComponents& operator=(const FakeComponents&) = delete;
@@ -62,10 +49,12 @@ class FakeComponents {
   void Answer(std::string_view id, std::string_view member, vb::Variant value);
   void Answer(std::string_view id, std::string_view member, Handler handler);
 
-  const std::vector<RecordedCall>& Calls() const;
-  // Every call, described.
+  // Every call, one line each: `Component#n Member(args)`, `Component#n get
+  // Member`, `Component#n put Member = value`. Texts are quoted, numbers carry
+  // the runtime's type suffix (1% Integer, 1& Long, 1! Single, 1# Double),
+  // booleans read True/False, objects <ClassName>.
   std::vector<std::string> Log() const;
-  // The calls made on objects of `id`, described.
+  // The calls made on objects of `id` (every call when `id` is empty), described.
   std::vector<std::string> Log(std::string_view id) const;
   void ClearLog();
   // How many objects of `id` were made.
