@@ -3,9 +3,8 @@ import pytest
 import _seluvorne_probe
 import seluvorne
 
-# The C++ test components, registered once through the public registry.
+# The C++ test component, registered once through the public registry.
 seluvorne.register("SeluVorneTest.Probe", _seluvorne_probe.Probe)
-seluvorne.register("SeluVorneTest.Opaque", _seluvorne_probe.Opaque)
 
 
 @pytest.fixture
