@@ -17,7 +17,8 @@ namespace seluvorne {
 
 // The settings file: $SELUVORNE_SETTINGS, else
 // $XDG_CONFIG_HOME/seluvorne/settings.json, else
-// $HOME/.config/seluvorne/settings.json.
+// $HOME/.config/seluvorne/settings.json (the password database's home folder
+// when HOME is not set).
 std::filesystem::path SettingsFilePath();
 
 // The floor file's companion for hosts without the suite. The data service

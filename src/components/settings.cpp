@@ -1,5 +1,8 @@
 #include "components/settings.h"
 
+#include <pwd.h>
+#include <unistd.h>
+
 #include <cstdlib>
 
 #include "components/json_file.h"
@@ -14,6 +17,16 @@ std::filesystem::path FromEnvironment(const char* variable) {
   return value && *value ? std::filesystem::path(value) : std::filesystem::path();
 }
 
+// $HOME, else the user's home folder from the password database, so that a
+// process started without HOME never reads a settings file relative to its
+// working folder.
+std::filesystem::path HomeFolder() {
+  if (auto home = FromEnvironment("HOME"); !home.empty()) return home;
+  if (const passwd* user = ::getpwuid(::getuid()); user && user->pw_dir && *user->pw_dir)
+    return user->pw_dir;
+  return "/";
+}
+
 }  // namespace
 
 std::filesystem::path SettingsFilePath() {
@@ -21,7 +34,7 @@ std::filesystem::path SettingsFilePath() {
     return explicit_file;
   if (auto config = FromEnvironment("XDG_CONFIG_HOME"); !config.empty())
     return config / "seluvorne" / "settings.json";
-  return FromEnvironment("HOME") / ".config" / "seluvorne" / "settings.json";
+  return HomeFolder() / ".config" / "seluvorne" / "settings.json";
 }
 
 namespace components {

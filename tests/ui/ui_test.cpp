@@ -47,8 +47,9 @@ TEST_F(KakuninTest, LoadedOnceShownHeadlessWithEveryGlyphOfItsCaptions) {
   const QFontMetrics metrics(form.lblKakunin->font());
   for (char32_t c : QString::fromUtf8("大小梁の本体とフカシのみが計算されます").toUcs4())
     EXPECT_TRUE(metrics.inFontUcs4(c)) << form.lblKakunin->font().family().toStdString();
-  ui::SaveWindowImage(form, "frmKakunin.png");
-  const QImage image("frmKakunin.png");
+  const std::string picture = testing::TempDir() + "frmKakunin.png";
+  ui::SaveWindowImage(form, picture);
+  const QImage image(QString::fromStdString(picture));
   EXPECT_EQ(image.size(), form.size());
   int dark = 0;  // a caption rendered as nothing leaves no dark pixels
   for (int y = 0; y < image.height(); ++y)
