@@ -18,31 +18,26 @@ class DbTest : public ::testing::Test {
  protected:
   void SetUp() override {
     std::string pattern = (std::filesystem::temp_directory_path() / "seluvorne-db-XXXXXX").string();
-    folder_ = ::mkdtemp(pattern.data());
-    ASSERT_FALSE(folder_.empty());
+    ASSERT_NE(::mkdtemp(pattern.data()), nullptr);
+    folder_ = pattern;
   }
   void TearDown() override { std::filesystem::remove_all(folder_); }
 
   // A path in the scratch folder, as the stores name files.
   std::string PathOf(const std::string& file) const { return folder_.string() + "/" + file; }
-
-  std::shared_ptr<dao::Workspace> Workspace() const {
-    return dao::DBEngine::Instance()->Workspaces(vb::Variant(std::int16_t{0}));
-  }
   std::shared_ptr<dao::Database> Create(const std::string& file) const {
-    return Workspace()->CreateDatabase(PathOf(file), std::string(dao::dbLangJapanese));
+    return dao::DBEngine::Instance()->CreateDatabase(PathOf(file),
+                                                     std::string(dao::dbLangJapanese));
   }
   std::shared_ptr<dao::Database> Open(const std::string& file) const {
-    return Workspace()->OpenDatabase(PathOf(file));
+    return dao::DBEngine::Instance()->OpenDatabase(PathOf(file));
   }
 
-  // A table of the floor kind: integer fields with default -1, then DATA.
+  // A table of the floor kind: PAGE, SUBPAGE, BANGOU (default -1), then DATA.
   static void AddFloorTable(dao::Database& db, const std::string& name,
-                            std::initializer_list<const char*> integers = {"PAGE", "SUBPAGE",
-                                                                           "BANGOU"},
                             std::int32_t data_size = 200) {
     auto table = db.CreateTableDef(name);
-    for (const char* integer : integers) {
+    for (const char* integer : {"PAGE", "SUBPAGE", "BANGOU"}) {
       auto field = table->CreateField(integer, dao::dbInteger);
       field->SetDefaultValue("-1");
       table->Fields()->Append(field);
@@ -53,7 +48,6 @@ class DbTest : public ::testing::Test {
     db.TableDefs()->Append(table);
   }
 
-  // Adds one row of (PAGE, SUBPAGE, BANGOU, DATA).
   static void AddRow(dao::Database& db, const std::string& table, std::int16_t page,
                      std::int16_t subpage, std::int16_t bangou, vb::Variant data) {
     auto rs = db.OpenRecordset(table, dao::dbOpenDynaset);
@@ -63,7 +57,6 @@ class DbTest : public ::testing::Test {
     rs->SetValue("BANGOU", bangou);
     rs->SetValue("DATA", std::move(data));
     rs->Update();
-    rs->Close();
   }
 
   static std::int32_t CountRows(dao::Database& db, const std::string& sql) {
@@ -73,6 +66,21 @@ class DbTest : public ::testing::Test {
   }
 
   std::filesystem::path folder_;
+};
+
+// An open database whose KUTAIDATA holds page 3 (SUBPAGE and BANGOU 0 to 4,
+// DATA "d0" to "d4") and one row of page 4.
+class PageTest : public DbTest {
+ protected:
+  void SetUp() override {
+    DbTest::SetUp();
+    db = Create("SELUVORN.mdb");
+    AddFloorTable(*db, "KUTAIDATA");
+    for (std::int16_t row = 0; row < 5; ++row)
+      AddRow(*db, "KUTAIDATA", 3, row, row, "d" + vb::StrTrimmed(row));
+    AddRow(*db, "KUTAIDATA", 4, 0, 0, "other page");
+  }
+  std::shared_ptr<dao::Database> db;
 };
 
 }  // namespace seluvorne::testing

@@ -16,21 +16,13 @@ TEST_F(FilesTest, ADatabaseFileHeldOpenCannotBeDeleted) {
   auto db = Create("HARIFUKA.mdb");
   AddFloorTable(*db, "KUTAIDATA");
   std::string path = folder_.string() + "\\HARIFUKA.mdb";
-  EXPECT_TRUE(files::FileExists(path));
-  EXPECT_RAISES(files::DeleteFile(path), kPermissionDenied);
   auto rs = db->OpenRecordset("KUTAIDATA", dao::dbOpenDynaset);
   db.reset();  // a record set still holds the database
   EXPECT_RAISES(files::DeleteFile(path), kPermissionDenied);
   rs.reset();
   files::DeleteFile(path);
-  EXPECT_FALSE(files::FileExists(path));
-  for (const char* suffix : {"-wal", "-shm"})
-    EXPECT_FALSE(std::filesystem::exists(PathOf("HARIFUKA.mdb") + suffix));
-
+  EXPECT_TRUE(std::filesystem::is_empty(folder_));  // the log files went too
   EXPECT_RAISES(files::DeleteFile(path), kFileNotFound);
-  EXPECT_RAISES(files::DeleteFile(folder_.string() + "\\nofolder\\HARIFUKA.mdb"), kPathNotFound);
-  EXPECT_TRUE(files::FolderExists(folder_.string()));
-  EXPECT_FALSE(files::FileExists(folder_.string()));
 }
 
 TEST_F(FilesTest, ACopyOfAnOpenDatabaseHoldsEveryCommittedRow) {
@@ -45,21 +37,12 @@ TEST_F(FilesTest, ACopyOfAnOpenDatabaseHoldsEveryCommittedRow) {
   files::CopyFile(PathOf("HARIFUKA.mdb"), PathOf("WorkHariFuka.mdb"));
   auto copy = Open("WorkHariFuka.mdb");
   EXPECT_EQ(CountRows(*copy, "SELECT * FROM KUTAIDATA;"), 50);
-  EXPECT_EQ(copy->Locale(), dao::dbLangJapanese);
-
+  // Now open, the copy cannot be replaced; nor can the source by itself.
   EXPECT_RAISES(files::CopyFile(PathOf("HARIFUKA.mdb"), PathOf("WorkHariFuka.mdb")),
                 kPermissionDenied);
-  EXPECT_RAISES(files::CopyFile(PathOf("missing.mdb"), PathOf("x.mdb")), kFileNotFound);
   EXPECT_RAISES(files::CopyFile(PathOf("HARIFUKA.mdb"), folder_.string() + "\\HARIFUKA.mdb"),
                 kPermissionDenied);
   EXPECT_EQ(CountRows(*db, "SELECT * FROM KUTAIDATA;"), 50);
-  EXPECT_RAISES(files::CopyFile(PathOf("HARIFUKA.mdb"), PathOf("no/x.mdb")), kPathNotFound);
-
-  std::ofstream(PathOf("Hollenbar.Dat")) << "plain";
-  files::CopyFile(PathOf("Hollenbar.Dat"), PathOf("copy.Dat"));
-  std::string copied;
-  std::getline(std::ifstream(PathOf("copy.Dat")), copied);
-  EXPECT_EQ(copied, "plain");
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
-// The floor file of clsSeluVorneDataService: creation, the opens for work
-// with the tables they add to older files, closing, emptying and deletion.
+// clsSeluVorneDataService: the floor file's creation, the opens for work with
+// the tables they add to older files, closing, emptying and deletion; then
+// what the service's creation and death do.
 // Real files in a scratch data root; recording fakes for the outside
 // components, so the calls the data service makes are asserted exactly.
 
@@ -11,7 +12,6 @@
 
 #include "error_matchers.h"
 #include "floor_test.h"
-#include "seluvorne/call_by_name.h"
 #include "seluvorne/floor_schema.h"
 #include "seluvorne/frame.h"
 #include "seluvorne/seluvorne_data_service.h"
@@ -19,36 +19,28 @@
 namespace {
 
 using namespace seluvorne;
-using seluvorne::testing::FloorTest;
 using ::testing::ElementsAre;
 using ::testing::ElementsAreArray;
-using ::testing::IsEmpty;
-using vb::Variant;
+using Names = std::vector<std::string>;
 namespace fs = std::filesystem;
 
-const std::vector<std::string> kNineTables = {
-    "TOORIMEI",       "KUTAIDATA",          "ANKANIGE", "RSITEI",  "STPGENSUN",
-    "STPJOUGEGENSUN", "SITAKINANKASETUDAN", "HANTI",    "HENKATEN"};
+const Names kNineTables = {"TOORIMEI",  "KUTAIDATA",      "ANKANIGE",           "RSITEI",
+                           "STPGENSUN", "STPJOUGEGENSUN", "SITAKINANKASETUDAN", "HANTI",
+                           "HENKATEN"};
 
-std::vector<std::string> Plus(std::vector<std::string> tables,
-                              std::initializer_list<const char*> more) {
+Names Plus(Names tables, std::initializer_list<const char*> more) {
   tables.insert(tables.end(), more.begin(), more.end());
   return tables;
 }
 
 // The user tables of a database, in TableDefs order (the catalogue left out).
-std::vector<std::string> UserTables(dao::Database& db) {
-  std::vector<std::string> names;
+Names UserTables(dao::Database& db) {
+  Names names;
   const auto tables = db.TableDefs();
-  for (std::int32_t i = 0; i < tables->Count(); ++i) {
-    std::string name = tables->Item(i)->Name();
-    if (name.rfind("MSys", 0) != 0) names.push_back(name);
-  }
+  for (std::int32_t i = 0; i < tables->Count(); ++i)
+    if (std::string name = tables->Item(i)->Name(); !name.starts_with("MSys"))
+      names.push_back(name);
   return names;
-}
-
-std::vector<std::string> UserTables(const std::string& path) {
-  return UserTables(*dao::DBEngine::Instance()->OpenDatabase(path));
 }
 
 std::string Bytes(const fs::path& path) {
@@ -56,99 +48,66 @@ std::string Bytes(const fs::path& path) {
   return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
 }
 
-std::int32_t CountRows(dao::Database& db, const std::string& table) {
-  auto rows = db.OpenRecordset("SELECT * FROM " + table + ";", dao::dbOpenSnapshot);
-  if (!rows->IsEOF()) rows->MoveLast();
-  return rows->RecordCount();
-}
-
-class FloorFilesTest : public FloorTest {
+class FloorFilesTest : public seluvorne::testing::FloorTest {
  protected:
-  std::string FloorFile(const std::string& folder) const { return folder + "\\SELUVORN.mdb"; }
+  // The service, set to floor 1-2-3 (folder created), with a clean log.
+  void SetUp() override {
+    FloorTest::SetUp();
+    folder = MakeFloorFolder(1, 2, 3);
+    file = folder + "\\SELUVORN.mdb";
+    service = std::make_shared<clsSeluVorneDataService>();
+    service->CurZeneNo = 1;
+    service->CurKoujiNo = 2;
+    service->CurKaiNo = 3;
+    fakes.ClearLog();
+  }
 
-  // A floor file as an older version wrote it: the nine tables, less those
-  // named, plus `extra` tables of the floor-row shape, and one KUTAIDATA row.
-  void WriteOldFloorFile(const std::string& path, std::initializer_list<const char*> missing,
-                         std::initializer_list<const char*> extra = {}) {
-    auto db = dao::DBEngine::Instance()->CreateDatabase(path, std::string(dao::dbLangJapanese));
+  // A floor file as an older version wrote it: the nine tables less
+  // STPJOUGEGENSUN, a table "spantop" in the wrong letter case, one KUTAIDATA row.
+  void WriteOldFloorFile() {
+    auto db = dao::DBEngine::Instance()->CreateDatabase(file, std::string(dao::dbLangJapanese));
     for (const frame::TableSchema& table : frame::kFloorTables)
-      if (std::find(missing.begin(), missing.end(), table.name) == missing.end())
-        frame::CreateTable(*db, table);
-    for (const char* name : extra)
-      frame::CreateTable(*db, frame::TableSchema{name, frame::floor_fields::kPageRow});
+      if (std::string_view(table.name) != "STPJOUGEGENSUN") frame::CreateTable(*db, table);
+    frame::CreateTable(*db, frame::TableSchema{"spantop", frame::floor_fields::kPageRow});
     auto rows = db->OpenRecordset("KUTAIDATA");
     rows->AddNew();
-    rows->SetValue("PAGE", std::int16_t{4});
     rows->SetValue("DATA", "kept");
     rows->Update();
     db->Close();
   }
 
-  std::shared_ptr<clsSeluVorneDataService> NewService() {
-    auto service = std::make_shared<clsSeluVorneDataService>();
-    fakes.ClearLog();
-    return service;
-  }
+  std::string folder, file;
+  std::shared_ptr<clsSeluVorneDataService> service;
 };
 
-// ---- Creation and the first open -----------------------------------------------
-
 TEST_F(FloorFilesTest, OpeningAFloorWhoseFolderIsMissingCreatesFolderFileAndElevenTables) {
-  const std::string folder = FloorFolder(1, 2, 3);
-  auto service = NewService();
-  service->SetCurrKai(folder);
-
-  EXPECT_EQ(service->CurrKai(), folder);
-  ASSERT_TRUE(service->KutaiDb);
-  EXPECT_THAT(UserTables(*service->KutaiDb),
-              ElementsAreArray(Plus(kNineTables, {"SPANTOP", "SPANTANJOIL"})));
+  const std::string missing = FloorFolder(1, 2, 4);
+  std::shared_ptr<dao::Database> db;
+  EXPECT_TRUE(service->OpenSeluVorne(missing, db));
+  ASSERT_TRUE(db);
+  EXPECT_THAT(UserTables(*db), ElementsAreArray(Plus(kNineTables, {"SPANTOP", "SPANTANJOIL"})));
   EXPECT_THAT(
       fakes.Log(),
-      ElementsAre("FolderKit.clsExistProbe#1 Find_FileExists(\"" + FloorFile(folder) + "\")",
-                  "FolderKit.clsExistProbe#1 Find_FileExists(\"" + folder + "\", 16&)",
-                  "FolderKit.clsFloorDirs#1 MakeMkDir(\"" + folder + "\")"));
-  EXPECT_TRUE(service->SwStore);  // made for the table checks
-
-  // A new integer field reads -1; a text field takes "".
-  auto rows = service->KutaiDb->OpenRecordset("ANKANIGE");
-  rows->AddNew();
-  rows->SetValue("DATA", "");
-  rows->Update();
-  auto read = service->KutaiDb->OpenRecordset("SELECT * FROM ANKANIGE;");
-  EXPECT_EQ(read->Value("PAGE"), Variant(std::int16_t{-1}));
-  EXPECT_EQ(read->Value("BAN"), Variant(std::int16_t{-1}));
-  EXPECT_EQ(read->Value("DATA"), Variant(""));
+      ElementsAre("FolderKit.clsExistProbe#1 Find_FileExists(\"" + missing + "\\SELUVORN.mdb\")",
+                  "FolderKit.clsExistProbe#1 Find_FileExists(\"" + missing + "\", 16&)",
+                  "FolderKit.clsFloorDirs#1 MakeMkDir(\"" + missing + "\")"));
 }
 
 TEST_F(FloorFilesTest, CreatingOverAnExistingFileRaisesAndLeavesItByteForByte) {
-  const std::string folder = MakeFloorFolder(1, 1, 1);
-  WriteOldFloorFile(FloorFile(folder), {});
-  const std::string before = Bytes(Native(FloorFile(folder)));
-  auto service = NewService();
-
-  EXPECT_RAISES(service->Create_SeluVorneTBL(FloorFile(folder)), errc::kDatabaseExists);
+  WriteOldFloorFile();
+  const std::string before = Bytes(Native(file));
+  EXPECT_RAISES(service->Create_SeluVorneTBL(file), errc::kDatabaseExists);
   EXPECT_RAISES(service->Create_SeluVornMDB(folder), errc::kDatabaseExists);
-  EXPECT_RAISES(service->Create_SeluVorneTBL_for_Copy(FloorFile(folder)), errc::kDatabaseExists);
-  EXPECT_EQ(Bytes(Native(FloorFile(folder))), before);
-  EXPECT_FALSE(service->KutaiDb);
-  // A missing folder is the engine's error; nothing is made.
-  EXPECT_RAISES(service->Create_SeluVornMDB_FullPath(FloorFile(FloorFolder(9, 9, 9))),
-                errc::kInvalidPath);
-  EXPECT_FALSE(fs::exists(Native(FloorFolder(9, 9, 9))));
-
-  // The copy creator leaves a new file open in KutaiDb, as created: no late tables.
-  service->Create_SeluVorneTBL_for_Copy(root.string() + "\\copy.mdb");
-  ASSERT_TRUE(service->KutaiDb);
-  EXPECT_THAT(UserTables(*service->KutaiDb), ElementsAreArray(kNineTables));
-  EXPECT_EQ(service->GetFileName(""), "\\SELUVORN.mdb");
+  EXPECT_EQ(Bytes(Native(file)), before);
 }
 
-// ---- The tables each opener adds to an older file --------------------------------
-
+// What each opener adds to an older file: the first `added` of the late
+// tables that are missing, "spantop" not counting for SPANTOP.
+using Service = clsSeluVorneDataService;
 struct OpenerCase {
   const char* name;
-  std::function<void(clsSeluVorneDataService&, const std::string& folder)> open;
-  std::vector<std::string> added;  // to a file that lacks all three late tables
+  void (*open)(Service&, const std::string& folder);
+  std::size_t added;
 };
 void PrintTo(const OpenerCase& c, std::ostream* out) {
   *out << c.name;
@@ -157,196 +116,110 @@ void PrintTo(const OpenerCase& c, std::ostream* out) {
 class OpenerUpgrade : public FloorFilesTest, public ::testing::WithParamInterface<OpenerCase> {};
 
 TEST_P(OpenerUpgrade, AddsExactlyItsMissingTablesAndChangesNothingElse) {
-  const std::string folder = MakeFloorFolder(1, 2, 3);
-  const std::vector<std::string> old_tables = {"TOORIMEI", "KUTAIDATA", "ANKANIGE",
-                                               "RSITEI",   "STPGENSUN", "SITAKINANKASETUDAN",
-                                               "HANTI",    "HENKATEN",  "spantop"};
-  WriteOldFloorFile(FloorFile(folder), {"STPJOUGEGENSUN"}, {"spantop"});
-  auto service = NewService();
-  service->CurZeneNo = 1;
-  service->CurKoujiNo = 2;
-  service->CurKaiNo = 3;
+  WriteOldFloorFile();
   GetParam().open(*service, folder);
+  GetParam().open(*service, folder);  // a second open finds every table it checks for
 
-  std::vector<std::string> expected = old_tables;
-  expected.insert(expected.end(), GetParam().added.begin(), GetParam().added.end());
-  auto db = dao::DBEngine::Instance()->OpenDatabase(FloorFile(folder));
+  Names expected = Plus(kNineTables, {"spantop", "SPANTOP", "SPANTANJOIL", "STPJOUGEGENSUN"});
+  expected.resize(10 + GetParam().added);
+  expected.erase(expected.begin() + 5);  // STPJOUGEGENSUN, where the old file lacks it
+  auto db = dao::DBEngine::Instance()->OpenDatabase(file);
   EXPECT_THAT(UserTables(*db), ElementsAreArray(expected));
-  EXPECT_EQ(CountRows(*db, "KUTAIDATA"), 1);
-  EXPECT_EQ(CountRows(*db, "spantop"), 0);
-
-  // A second open finds every table it checks for and adds nothing.
-  GetParam().open(*service, folder);
-  EXPECT_THAT(UserTables(*db), ElementsAreArray(expected));
+  EXPECT_EQ(db->OpenRecordset("KUTAIDATA")->Value("DATA"), vb::Variant("kept"));
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Openers, OpenerUpgrade,
     ::testing::Values(
-        OpenerCase{"CurrKai",
-                   [](clsSeluVorneDataService& s, const std::string& f) { s.SetCurrKai(f); },
-                   {"SPANTOP", "SPANTANJOIL", "STPJOUGEGENSUN"}},
-        OpenerCase{"WriteOpen",
-                   [](clsSeluVorneDataService& s, const std::string& f) { s.WriteOpen(f); },
-                   {"SPANTOP", "SPANTANJOIL", "STPJOUGEGENSUN"}},
+        OpenerCase{"CurrKai", [](Service& s, const std::string& f) { s.SetCurrKai(f); }, 3},
+        OpenerCase{"OpenDB_Sitei", [](Service& s, const std::string&) { s.OpenDB_Sitei(0); }, 1},
         OpenerCase{
-            "OpenDB_Sitei",
-            [](clsSeluVorneDataService& s, const std::string&) { EXPECT_TRUE(s.OpenDB_Sitei(0)); },
-            {"SPANTOP"}},
-        OpenerCase{"OpenDB_Sitei_Copy",
-                   [](clsSeluVorneDataService& s, const std::string& f) {
-                     EXPECT_FALSE(s.OpenDB_Sitei_Copy(f + "\\SELUVORN.mdb"));
-                   },
-                   {"SPANTOP", "SPANTANJOIL"}}),
+            "OpenDB_Sitei_Copy",
+            [](Service& s, const std::string& f) { s.OpenDB_Sitei_Copy(f + "\\SELUVORN.mdb"); },
+            2}),
     [](const auto& info) { return std::string(info.param.name); });
 
-// ---- Opening a floor by its numbers ----------------------------------------------
-
-TEST_F(FloorFilesTest, MissingFloorWithModeZeroAnswersFalseCreatesNothingAndEmptiesKutaiDb) {
-  const std::string folder = MakeFloorFolder(1, 2, 3);
-  auto service = NewService();
+TEST_F(FloorFilesTest, AMissingFloorIsCreatedByModeOneOnly) {
+  // Mode 0: False, nothing created, KutaiDb emptied.
   service->Create_SeluVorneTBL_for_Copy(root.string() + "\\elsewhere.mdb");
-  ASSERT_TRUE(service->KutaiDb);
-  service->CurZeneNo = 1;
-  service->CurKoujiNo = 2;
-  service->CurKaiNo = 3;
-
   EXPECT_FALSE(service->OpenDB_Sitei(0));
   EXPECT_FALSE(service->KutaiDb);
   EXPECT_TRUE(fs::is_empty(Native(folder)));
-  EXPECT_THAT(fakes.Log(), ElementsAre("FolderKit.clsFloorDirs#1 GetFullPathToKai(1%, 2%, 3%)",
-                                       "FolderKit.clsExistProbe#1 Find_FileExists(\"" +
-                                           FloorFile(folder) + "\", 0&)"));
-}
 
-TEST_F(FloorFilesTest, MissingFloorWithModeOneCreatesBothFilesAndAsksTheCompanion) {
-  const std::string folder = MakeFloorFolder(1, 2, 3);
-  auto service = NewService();
+  // Mode 1 without a companion: 91, once both files exist.
+  EXPECT_RAISES(service->OpenDB_Sitei(1), errc::kObjectNotSet);
+  EXPECT_FALSE(service->KutaiDb);
+  const std::string build_out = Bytes(Native(folder + "\\HARIFUKA.mdb"));
+  ASSERT_FALSE(build_out.empty());
+
+  // Again with a companion, the floor file gone: the build-out file is kept as it is.
+  ASSERT_TRUE(fs::remove(Native(file)));
   service->FloorCompanion = fakes::MakeFakeObject(fakes, "FloorCompanion");
-  service->CurZeneNo = 1;
-  service->CurKoujiNo = 2;
-  service->CurKaiNo = 3;
-
+  fakes.ClearLog();
   EXPECT_TRUE(service->OpenDB_Sitei(1));
-  EXPECT_THAT(
-      fakes.Log(),
-      ElementsAre("FolderKit.clsFloorDirs#1 GetFullPathToKai(1%, 2%, 3%)",
-                  "FolderKit.clsExistProbe#1 Find_FileExists(\"" + FloorFile(folder) + "\", 0&)",
-                  "FloorCompanion#1 CreateMDB_FullPath(\"" + FloorFile(folder) + "\")"));
+  EXPECT_THAT(fakes.Log(),
+              ElementsAre("FolderKit.clsFloorDirs#1 GetFullPathToKai(1%, 2%, 3%)",
+                          "FolderKit.clsExistProbe#1 Find_FileExists(\"" + file + "\", 0&)",
+                          "FloorCompanion#1 CreateMDB_FullPath(\"" + file + "\")"));
   ASSERT_TRUE(service->KutaiDb);
   EXPECT_THAT(UserTables(*service->KutaiDb), ElementsAreArray(Plus(kNineTables, {"SPANTOP"})));
-  EXPECT_THAT(UserTables(folder + "\\HARIFUKA.mdb"), ElementsAre("KUTAIDATA"));
-  EXPECT_TRUE(service->FukasiStore);
+  EXPECT_EQ(Bytes(Native(folder + "\\HARIFUKA.mdb")), build_out);
 }
 
-TEST_F(FloorFilesTest, AnExistingBuildOutFileIsKeptAndAnEmptyCompanionRaisesAfterBothFilesExist) {
-  const std::string folder = MakeFloorFolder(1, 2, 3);
-  const std::string build_out = folder + "\\HARIFUKA.mdb";
-  {
-    clsHariFukasiDS maker;
-    maker.Create_HariFukasiMDB_FullPath(build_out);
-  }
-  const std::string before = Bytes(Native(build_out));
-  auto service = NewService();
-  service->Create_SeluVorneTBL_for_Copy(root.string() + "\\elsewhere.mdb");
-  const auto previous = service->KutaiDb;
-  service->CurZeneNo = 1;
-  service->CurKoujiNo = 2;
-  service->CurKaiNo = 3;
-
-  EXPECT_RAISES(service->OpenDB_Sitei(1), errc::kObjectNotSet);
-  EXPECT_TRUE(fs::is_regular_file(Native(FloorFile(folder))));
-  EXPECT_EQ(Bytes(Native(build_out)), before);
-  EXPECT_FALSE(service->FukasiStore);  // not needed: the file was there
-  EXPECT_EQ(service->KutaiDb, previous);
-
-  // The floor file now exists, so any mode opens it.
-  EXPECT_TRUE(service->OpenDB_Sitei(0));
-  EXPECT_NE(service->KutaiDb, previous);
-}
-
-TEST_F(FloorFilesTest, TheCopyOpenerAnswersFalseAlwaysAndNeverCreatesAFolder) {
-  const std::string folder = MakeFloorFolder(1, 1, 1);
-  auto service = NewService();
-  EXPECT_FALSE(service->OpenDB_Sitei_Copy(FloorFile(folder)));  // created
-  ASSERT_TRUE(service->KutaiDb);
-  EXPECT_FALSE(service->OpenDB_Sitei_Copy(FloorFile(folder)));  // opened
-  EXPECT_THAT(UserTables(*service->KutaiDb),
-              ElementsAreArray(Plus(kNineTables, {"SPANTOP", "SPANTANJOIL"})));
-  EXPECT_RAISES(service->OpenDB_Sitei_Copy(FloorFile(FloorFolder(7, 7, 7))), errc::kInvalidPath);
-  EXPECT_FALSE(fs::exists(Native(FloorFolder(7, 7, 7))));
-}
-
-// ---- Handles, closing, emptying, deleting -----------------------------------------
-
-TEST_F(FloorFilesTest, CloseDBKeepsTheClosedHandleAndWriteOpenClosesThePreviousOne) {
-  auto service = NewService();
+TEST_F(FloorFilesTest, HandlesOutliveFailedOpensAndRefusedDeletes) {
   EXPECT_RAISES(service->CloseDB(), errc::kObjectNotSet);
-  service->SetCurrKai(MakeFloorFolder(1, 1, 1));
-  const auto handle = service->KutaiDb;
-  service->CloseDB();
-  EXPECT_EQ(service->KutaiDb, handle);
-  EXPECT_RAISES(service->CloseDB(), errc::kObjectInvalid);
-
-  service->WriteOpen(MakeFloorFolder(1, 1, 1));
-  const auto first = service->WriteOpenDb;
-  EXPECT_TRUE(service->WriteOpen(MakeFloorFolder(1, 1, 2)));
-  EXPECT_RAISES(first->TableDefs(), errc::kObjectInvalid);
-  EXPECT_NE(service->WriteOpenDb, first);
-}
-
-TEST_F(FloorFilesTest, FailedOpensKeepTheHandlesAndTheCurrentFloor) {
-  const std::string good = MakeFloorFolder(1, 1, 1);
-  auto service = NewService();
-  service->SetCurrKai(good);
-  const auto handle = service->KutaiDb;
-  // A file that is no database of ours.
-  const std::string bad = MakeFloorFolder(1, 1, 2);
-  std::ofstream(Native(FloorFile(bad))) << "not a database";
-  EXPECT_RAISES(service->SetCurrKai(bad), errc::kUnrecognizedFormat);
-  EXPECT_EQ(service->KutaiDb, handle);
-  EXPECT_EQ(service->CurrKai(), good);
-  std::shared_ptr<dao::Database> out = handle;
-  EXPECT_RAISES(service->OpenSeluVorne(bad, out), errc::kUnrecognizedFormat);
-  EXPECT_EQ(out, handle);
-}
-
-TEST_F(FloorFilesTest, DeleteRemovesTheFileClosingTheWriteHandleButNotKutaiDb) {
-  const std::string folder = MakeFloorFolder(1, 1, 1);
-  auto service = NewService();
-  service->DeleteMdbByPath(folder);  // no file: nothing to do
   service->WriteOpen(folder);
   const auto writer = service->WriteOpenDb;
   service->SetCurrKai(folder);
+  const auto handle = service->KutaiDb;
+  const std::string bad = MakeFloorFolder(1, 1, 2);
+  std::ofstream(Native(bad + "\\SELUVORN.mdb")) << "not a database";
+  EXPECT_RAISES(service->SetCurrKai(bad), errc::kUnrecognizedFormat);
+  EXPECT_EQ(service->KutaiDb, handle);
+  EXPECT_EQ(service->CurrKai(), folder);
 
-  // KutaiDb still holds the file open: the platform refuses.
+  // KutaiDb holds the file open, so the delete is refused after WriteOpenDb is closed.
   EXPECT_RAISES(service->DeleteMdbByPath(folder), errc::kPermissionDenied);
   EXPECT_FALSE(service->WriteOpenDb);
   EXPECT_RAISES(writer->TableDefs(), errc::kObjectInvalid);
-  EXPECT_TRUE(fs::exists(Native(FloorFile(folder))));
-
   service->CloseDB();
+  EXPECT_EQ(service->KutaiDb, handle);  // closed, but kept
+  EXPECT_RAISES(service->CloseDB(), errc::kObjectInvalid);
   service->DeleteMdbByPath(folder);
-  EXPECT_FALSE(fs::exists(Native(FloorFile(folder))));
+  EXPECT_FALSE(fs::exists(Native(file)));
 }
 
 TEST_F(FloorFilesTest, DeleteAllDataRaisesTheEnginesSyntaxErrorAndDeletesNoRow) {
-  const std::string folder = MakeFloorFolder(1, 1, 1);
-  WriteOldFloorFile(FloorFile(folder), {});
-  auto service = NewService();
+  WriteOldFloorFile();
   service->DeleteAllDataDB(FloorFolder(5, 5, 5));  // no file: nothing to do
-  EXPECT_FALSE(service->KutaiDb);
-
   EXPECT_RAISES(service->DeleteAllDataDB(folder), errc::kSyntaxError);
   ASSERT_TRUE(service->KutaiDb);  // opened there, as WriteOpenDb held nothing
-  EXPECT_EQ(service->CurrKai(), folder);
-  EXPECT_EQ(CountRows(*service->KutaiDb, "KUTAIDATA"), 1);
+  EXPECT_EQ(service->KutaiDb->OpenRecordset("KUTAIDATA")->Value("DATA"), vb::Variant("kept"));
+}
 
-  // With a write handle, KutaiDb is used as it stands: here, nothing.
-  auto other = NewService();
-  other->WriteOpen(folder);
-  EXPECT_RAISES(other->DeleteAllDataDB(folder), errc::kObjectNotSet);
-  EXPECT_EQ(CountRows(*service->KutaiDb, "KUTAIDATA"), 1);
+// ---- Lifetime -----------------------------------------------------------------------
+
+TEST_F(FloorFilesTest, CreationNeedsTheRoster) {
+  EXPECT_EQ(fakes.Created(frame::BeamRoster::kProgId), 1);
+  Unregister(frame::BeamRoster::kProgId);
+  EXPECT_RAISES(clsSeluVorneDataService(), errc::kCannotCreateObject);
+}
+
+TEST_F(FloorFilesTest, DeathReleasesTheProgressBarBeforeReplacingTheSharedServices) {
+  std::weak_ptr<Dispatch> progress;
+  bool released_first = false;
+  {
+    Object bar = fakes::MakeFakeObject(fakes, "Progress");
+    progress = bar;
+    service->SetCopyMergeBar(bar);
+  }
+  EXPECT_FALSE(progress.expired());
+  Register(frame::FloorDirs::kProgId, [&] {
+    released_first = progress.expired();
+    return fakes::MakeFakeObject(fakes, "FloorDirs");
+  });
+  service.reset();
+  EXPECT_TRUE(released_first);
 }
 
 }  // namespace
