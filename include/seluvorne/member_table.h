@@ -195,6 +195,24 @@ class MemberTable {
     return std::move(*this);
   }
 
+  // A method or property read of a part the object holds and forwards to (a
+  // value of its own type, answered by `part`): the part's member serves the
+  // object's table as it stands, with no forwarding copy to drift.
+  template <class P, class R, class... A>
+  MemberTable&& method(std::string_view name, const P& (C::*part)() const,
+                       R (P::*function)(A...) const) && {
+    Add(name, &Kinds::method, BindPart<P, R, A...>(part, function), detail::RequiredCount<A...>(),
+        sizeof...(A));
+    return std::move(*this);
+  }
+  template <class P, class R, class... A>
+  MemberTable&& get(std::string_view name, const P& (C::*part)() const,
+                    R (P::*function)(A...) const) && {
+    Add(name, &Kinds::get, BindPart<P, R, A...>(part, function), detail::RequiredCount<A...>(),
+        sizeof...(A));
+    return std::move(*this);
+  }
+
   // A property write; its last parameter is the value, any before it indices.
   template <class... A>
   MemberTable&& put(std::string_view name, void (C::*function)(A...)) && {
@@ -283,6 +301,15 @@ class MemberTable {
     return [function](C& self, std::span<vb::Variant> args) {
       return detail::CallWithArguments<R, A...>(
           args, [&](auto&&... typed) -> R { return (self.*function)(typed...); });
+    };
+  }
+
+  template <class P, class R, class... A, class Part, class F>
+  static Call BindPart(Part part, F function) {
+    return [part, function](C& self, std::span<vb::Variant> args) {
+      const P& target = (self.*part)();
+      return detail::CallWithArguments<R, A...>(
+          args, [&](auto&&... typed) -> R { return (target.*function)(typed...); });
     };
   }
 

@@ -28,6 +28,7 @@
 #include "seluvorne/hari_fukasi_ds.h"
 #include "seluvorne/hari_sw_ds.h"
 #include "seluvorne/member_table.h"
+#include "seluvorne/span_model.h"
 
 namespace seluvorne {
 
@@ -125,6 +126,55 @@ class clsSeluVorneDataService : public DispatchImpl<clsSeluVorneDataService> {
   // the suite's clients rely on exactly this.
   void DeleteAllDataDB(const std::string& KaiPath);
 
+  // ---- The span model of one page (span_model.h) -----------------------------
+  //
+  // InitKutaiData loads a page from KutaiDb; the per-span accessors and the
+  // geometry queries then answer for it, by name through the member table
+  // straight from the model (SpanGeometry() for C++ clients). Those that
+  // need the beam roster are forwarded here with the roster this object
+  // holds; `obList` is the caller's list object of the roster's shape.
+
+  // The loaded page. Before the first load every array is at its bounds,
+  // zero and empty.
+  const SpanModel& SpanGeometry() const { return span_; }
+  // Loads page `Page` from KutaiDb (opening the floor-path service's current
+  // floor first when CurrKai is empty) and answers its span count; a page
+  // without a valid span replaces only the span frame. 91 without KutaiDb;
+  // on any error the model stays as it was.
+  std::int16_t InitKutaiData(std::int16_t Page);
+  // Loads only the span frame (KUTAIDATA) of `Page`; answers SpanSuu.
+  std::int16_t SetSpanSunpou(std::int16_t Page);
+  std::string TOORIMEI() const { return span_.TOORIMEI; }
+  std::string Kasyosuu() const { return span_.Kasyosuu; }
+  // Write-only: remembered, read by nothing in this library.
+  void SetIsVarnholt(bool value) { is_varnholt_ = value; }
+
+  // The readers into a caller's arrays (span_loader.h), on a handle given by
+  // the caller (91 when it holds none).
+  std::int16_t Read_KutaiSunpou(std::shared_ptr<dao::Database>& mydb, std::int16_t Page,
+                                vb::Array<float>& Sunpou, vb::Array<std::string>& G);
+  std::int16_t Read_Keisanti(std::shared_ptr<dao::Database>& mydb, std::int16_t Page,
+                             vb::Array<float>& Keisanti);
+  void Read_TooriMei(std::shared_ptr<dao::Database>& mydb, std::int16_t Page, std::string& Toori,
+                     std::string& Kasyo);
+
+  float GetHariSei(std::int16_t SpanNo, std::int16_t Iti) const;
+  float GetHariSeiHidari(std::int16_t SpanNo) const;
+  float GetHariSeiMigi(std::int16_t SpanNo) const;
+  bool isRenzokuSitan(std::int16_t SpanNo) const;
+  bool isRenzokuSyuutan(std::int16_t SpanNo) const;
+  void GetDanmenBangou(std::int16_t SpanNo, vb::Array<std::int16_t>& DanmenBangou) const;
+  std::int16_t GetListDanmenNoByKutaiDanmenNo(std::int16_t SpanNo,
+                                              std::int16_t KutaiDanmenNo) const;
+  float GetSpanRituHidari(std::int16_t Updown2, std::int16_t SpanNo, const Object& obList) const;
+  float GetSpanRituMigi(std::int16_t Updown2, std::int16_t SpanNo, const Object& obList) const;
+  float GetSpanRituHidariVARNHOLT(std::int16_t Updown2, std::int16_t SpanNo,
+                                  const Object& obList) const;
+  float GetSpanRituMigiVARNHOLT(std::int16_t Updown2, std::int16_t SpanNo,
+                                const Object& obList) const;
+  bool isTopX(std::int16_t UeOrSita, float X, float KyoyouNagasa, const Object& obList) const;
+  bool isHasiKobari(const Object& obList) const;
+
  private:
   // How many of the tables older floor files lack an opener adds, always in
   // this order: SPANTOP, SPANTANJOIL, STPJOUGEGENSUN.
@@ -140,6 +190,8 @@ class clsSeluVorneDataService : public DispatchImpl<clsSeluVorneDataService> {
   // What the selection dialog carries from one showing to the next.
   std::int16_t saved_kakuninzu_checked_ = 0;
   std::int16_t saved_enable_kakuninzu_ = -1;
+  SpanModel span_;
+  bool is_varnholt_ = false;
 };
 
 }  // namespace seluvorne

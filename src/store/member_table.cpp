@@ -41,7 +41,109 @@ const MemberTable<clsSeluVorneDataService>& clsSeluVorneDataService::Members() {
           .method("OpenDB_Sitei_Copy", &C::OpenDB_Sitei_Copy)
           .method("CloseDB", &C::CloseDB)
           .method("DeleteMdbByPath", &C::DeleteMdbByPath)
-          .method("DeleteAllDataDB", &C::DeleteAllDataDB);
+          .method("DeleteAllDataDB", &C::DeleteAllDataDB)
+          // The span model of one page: loading, then the model's own members
+          .method("InitKutaiData", &C::InitKutaiData)
+          .method("SetSpanSunpou", &C::SetSpanSunpou)
+          .get("GetSpanSuu", &C::SpanGeometry, &SpanModel::GetSpanSuu)
+          .get("GetHariMei", &C::SpanGeometry, &SpanModel::GetHariMei)
+          .get("TOORIMEI", &C::TOORIMEI)
+          .get("Kasyosuu", &C::Kasyosuu)
+          .put("IsVarnholt", &C::SetIsVarnholt)
+          .method("GetYuukouSpanSuu", &C::SpanGeometry, &SpanModel::GetYuukouSpanSuu)
+          .method("GetSpanSTPGensun", &C::SpanGeometry, &SpanModel::GetSpanSTPGensun)
+          .method("GetSpanSTPJougeGensun", &C::SpanGeometry, &SpanModel::GetSpanSTPJougeGensun)
+          .method("GetHantiHidariUe", &C::SpanGeometry, &SpanModel::GetHantiHidariUe)
+          .method("GetHantiHidariSita", &C::SpanGeometry, &SpanModel::GetHantiHidariSita)
+          .method("GetHantiMigiUe", &C::SpanGeometry, &SpanModel::GetHantiMigiUe)
+          .method("GetHantiMigiSita", &C::SpanGeometry, &SpanModel::GetHantiMigiSita)
+          .method("GetHenkatenKyori", &C::SpanGeometry, &SpanModel::GetHenkatenKyori)
+          .method("GetHenkatenTakasa", &C::SpanGeometry, &SpanModel::GetHenkatenTakasa)
+          .method("GetHenkatenSayuuHantiL", &C::SpanGeometry, &SpanModel::GetHenkatenSayuuHantiL)
+          .method("GetHenkatenSuu", &C::SpanGeometry, &SpanModel::GetHenkatenSuu)
+          .method("GetHensinUe", &C::SpanGeometry, &SpanModel::GetHensinUe)
+          .method("GetTeityakuBanHidari_Hontai", &C::SpanGeometry,
+                  &SpanModel::GetTeityakuBanHidari_Hontai)
+          .method("GetTeityakuBanMigi_Hontai", &C::SpanGeometry,
+                  &SpanModel::GetTeityakuBanMigi_Hontai)
+          .method("GetTeityakuStyleHidari_Hontai", &C::SpanGeometry,
+                  &SpanModel::GetTeityakuStyleHidari_Hontai)
+          .method("GetTeityakuStyleMigi_Hontai", &C::SpanGeometry,
+                  &SpanModel::GetTeityakuStyleMigi_Hontai)
+          .method("GetTeityakuBanHidari_Fukasi", &C::SpanGeometry,
+                  &SpanModel::GetTeityakuBanHidari_Fukasi)
+          .method("GetTeityakuBanMigi_Fukasi", &C::SpanGeometry,
+                  &SpanModel::GetTeityakuBanMigi_Fukasi)
+          .method("GetTeityakuStyleHidari_Fukasi", &C::SpanGeometry,
+                  &SpanModel::GetTeityakuStyleHidari_Fukasi)
+          .method("GetTeityakuStyleMigi_Fukasi", &C::SpanGeometry,
+                  &SpanModel::GetTeityakuStyleMigi_Fukasi)
+          .method("GetTeityakuSansyouHidari_Hontai", &C::SpanGeometry,
+                  &SpanModel::GetTeityakuSansyouHidari_Hontai)
+          .method("GetTeityakuSansyouMigi_Hontai", &C::SpanGeometry,
+                  &SpanModel::GetTeityakuSansyouMigi_Hontai)
+          .method("GetTeityakuSansyouHidari_Fukasi", &C::SpanGeometry,
+                  &SpanModel::GetTeityakuSansyouHidari_Fukasi)
+          .method("GetTeityakuSansyouMigi_Fukasi", &C::SpanGeometry,
+                  &SpanModel::GetTeityakuSansyouMigi_Fukasi)
+          .method("GetNigeHidari_Hontai", &C::SpanGeometry, &SpanModel::GetNigeHidari_Hontai)
+          .method("GetNigeMigi_Hontai", &C::SpanGeometry, &SpanModel::GetNigeMigi_Hontai)
+          .method("GetNigeHidari_Fukasi", &C::SpanGeometry, &SpanModel::GetNigeHidari_Fukasi)
+          .method("GetNigeMigi_Fukasi", &C::SpanGeometry, &SpanModel::GetNigeMigi_Fukasi)
+          .method("GetAnkaHidari_Hontai", &C::SpanGeometry, &SpanModel::GetAnkaHidari_Hontai)
+          .method("GetAnkaMigi_Hontai", &C::SpanGeometry, &SpanModel::GetAnkaMigi_Hontai)
+          .method("GetAnkaHidari_Fukasi", &C::SpanGeometry, &SpanModel::GetAnkaHidari_Fukasi)
+          .method("GetAnkaMigi_Fukasi", &C::SpanGeometry, &SpanModel::GetAnkaMigi_Fukasi)
+          .method("GetTeityakuHidari_Hontai", &C::SpanGeometry,
+                  &SpanModel::GetTeityakuHidari_Hontai)
+          .method("GetTeityakuMigi_Hontai", &C::SpanGeometry, &SpanModel::GetTeityakuMigi_Hontai)
+          .method("GetTeityakuHidari_Fukasi", &C::SpanGeometry,
+                  &SpanModel::GetTeityakuHidari_Fukasi)
+          .method("GetTeityakuMigi_Fukasi", &C::SpanGeometry, &SpanModel::GetTeityakuMigi_Fukasi)
+          .method("GetKyoriSpanHidariUti", &C::SpanGeometry, &SpanModel::GetKyoriSpanHidariUti)
+          .method("GetKyoriSpanHidariSoto", &C::SpanGeometry, &SpanModel::GetKyoriSpanHidariSoto)
+          .method("GetKyoriSpanMigiUti", &C::SpanGeometry, &SpanModel::GetKyoriSpanMigiUti)
+          .method("GetKyoriSpanMigiSoto", &C::SpanGeometry, &SpanModel::GetKyoriSpanMigiSoto)
+          .method("GetSpanUtinoriKyori", &C::SpanGeometry, &SpanModel::GetSpanUtinoriKyori)
+          .method("GetSpanUtinoriL4Kyori", &C::SpanGeometry, &SpanModel::GetSpanUtinoriL4Kyori)
+          .method("GetHasiraHaba", &C::SpanGeometry, &SpanModel::GetHasiraHaba)
+          .method("GetHasiraHabaHidari", &C::SpanGeometry, &SpanModel::GetHasiraHabaHidari)
+          .method("GetHasiraHabaMigi", &C::SpanGeometry, &SpanModel::GetHasiraHabaMigi)
+          .method("GetSpanTyou", &C::SpanGeometry, &SpanModel::GetSpanTyou)
+          .method("GetHasiraLR", &C::SpanGeometry, &SpanModel::GetHasiraLR)
+          .method("GetTenba", &C::SpanGeometry, &SpanModel::GetTenba)
+          .method("GetHensinSita", &C::SpanGeometry, &SpanModel::GetHensinSita)
+          .method("GetSpanToorimei", &C::SpanGeometry, &SpanModel::GetSpanToorimei)
+          .method("GetRsitei", &C::SpanGeometry, &SpanModel::GetRsitei)
+          .method("GetSitakinCutHidari", &C::SpanGeometry, &SpanModel::GetSitakinCutHidari)
+          .method("GetSitakinCutMigi", &C::SpanGeometry, &SpanModel::GetSitakinCutMigi)
+          .method("GetSitakinCutMigiHidari", &C::SpanGeometry, &SpanModel::GetSitakinCutMigiHidari)
+          .method("GetSpanTop", &C::SpanGeometry, &SpanModel::GetSpanTop)
+          .method("GetSpanTanbuJointL", &C::SpanGeometry, &SpanModel::GetSpanTanbuJointL)
+          .method("GetSatanTenba", &C::SpanGeometry, &SpanModel::GetSatanTenba)
+          .method("GetUtanTenba", &C::SpanGeometry, &SpanModel::GetUtanTenba)
+          .method("isInOrNearHasira", &C::SpanGeometry, &SpanModel::isInOrNearHasira)
+          .method("isInSpan", &C::SpanGeometry, &SpanModel::isInSpan)
+          .method("isInSpanHasira", &C::SpanGeometry, &SpanModel::isInSpanHasira)
+          .method("isInOrNearHasiraHaba", &C::SpanGeometry, &SpanModel::isInOrNearHasiraHaba)
+          .method("GetSpanTokutyou", &C::SpanGeometry, &SpanModel::GetSpanTokutyou)
+          // ... and those that need the roster or the caller's list
+          .method("Read_KutaiSunpou", &C::Read_KutaiSunpou)
+          .method("Read_Keisanti", &C::Read_Keisanti)
+          .method("Read_TooriMei", &C::Read_TooriMei)
+          .method("GetHariSei", &C::GetHariSei)
+          .method("GetHariSeiHidari", &C::GetHariSeiHidari)
+          .method("GetHariSeiMigi", &C::GetHariSeiMigi)
+          .method("isRenzokuSitan", &C::isRenzokuSitan)
+          .method("isRenzokuSyuutan", &C::isRenzokuSyuutan)
+          .method("GetDanmenBangou", &C::GetDanmenBangou)
+          .method("GetListDanmenNoByKutaiDanmenNo", &C::GetListDanmenNoByKutaiDanmenNo)
+          .method("GetSpanRituHidari", &C::GetSpanRituHidari)
+          .method("GetSpanRituMigi", &C::GetSpanRituMigi)
+          .method("GetSpanRituHidariVARNHOLT", &C::GetSpanRituHidariVARNHOLT)
+          .method("GetSpanRituMigiVARNHOLT", &C::GetSpanRituMigiVARNHOLT)
+          .method("isTopX", &C::isTopX)
+          .method("isHasiKobari", &C::isHasiKobari);
   return table;
 }
 

@@ -1,0 +1,433 @@
+// Loading a page into the span model: pages written through the engine in the
+// page writers' layouts, then asked by name as the suite's clients ask. The
+// decoding of every table, the skips, the change-point tidy, the anchorage
+// group fill, the span-top slots, the empty page and failed loads; then the
+// late-bound surface: argument kinds, by-reference results, the empty model.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "error_matchers.h"
+#include "floor_test.h"
+#include "seluvorne/call_by_name.h"
+#include "seluvorne/runtime.h"
+#include "seluvorne/sample_pages.h"
+#include "seluvorne/seluvorne_data_service.h"
+#include "seluvorne/table_schema.h"
+
+namespace {
+
+using namespace seluvorne;
+using sample::Row;
+using I16 = std::int16_t;
+using Rows = std::vector<Row>;
+
+Row Kutai(I16 s, I16 b, std::string data) {
+  return Row{"KUTAIDATA", s, b, -1, std::move(data), {}};
+}
+Row In(std::string_view table, I16 s, I16 b, I16 ban, std::string data) {
+  return Row{table, s, b, ban, std::move(data), {}};
+}
+
+// Two spans, 6000 and 5000, on 400-wide columns: clear spans 5600 and 4600.
+Rows TwoSpans() {
+  Rows rows;
+  for (I16 column = 0; column < 3; ++column) {
+    rows.push_back(Kutai(0, static_cast<I16>(4 * column + 1), "200"));
+    rows.push_back(Kutai(0, static_cast<I16>(4 * column + 2), "200"));
+  }
+  rows.push_back(Kutai(0, 3, "6000"));
+  rows.push_back(Kutai(0, 7, "5000"));
+  return rows;
+}
+
+Rows Plus(Rows rows, const Rows& more) {
+  rows.insert(rows.end(), more.begin(), more.end());
+  return rows;
+}
+
+class SpanLoaderTest : public seluvorne::testing::FloorTest {
+ protected:
+  void SetUp() override {
+    FloorTest::SetUp();
+    folder = MakeFloorFolder(1, 2, 3);
+    service = std::make_shared<clsSeluVorneDataService>();
+    service->SetCurrKai(folder);
+  }
+
+  void Write(I16 page, const Rows& rows) { sample::AddRows(*service->KutaiDb, page, rows); }
+
+  template <class... A>
+  vb::Variant Ask(std::string_view member, const A&... args) {
+    return CallByName(service, member, CallKind::Method, args...);
+  }
+  I16 Load(I16 page) { return vb::CInt(Ask("InitKutaiData", page)); }
+  const SpanModel& Model() const { return service->SpanGeometry(); }
+
+  std::string folder;
+  std::shared_ptr<clsSeluVorneDataService> service;
+};
+
+struct Decoding {
+  const char* label;
+  Rows rows;  // added to TwoSpans
+  const char* member;
+  std::vector<vb::Variant> args;
+  vb::Variant answer;
+};
+
+TEST_F(SpanLoaderTest, EveryTableDecodesByItsIndexRule) {
+  const std::vector<Decoding> cases = {
+      {"code 163 folds back: bottom eccentricity of span 0",
+       {Kutai(0, 163, "75")},
+       "GetHensinSita",
+       {I16{0}},
+       75.0f},
+      {"code 241 folds back: name of span 0, trimmed",
+       {Kutai(0, 241, " 2G9 ")},
+       "GetHariMei",
+       {I16{0}},
+       std::string("2G9")},
+      {"code 86: top eccentricity of span 1", {Kutai(0, 86, "30")}, "GetHensinUe", {I16{1}}, 30.0f},
+      {"code 80: level of span 0", {Kutai(0, 80, "-45.5")}, "GetTenba", {I16{0}}, -45.5f},
+      {"grid name untrimmed",
+       {Kutai(0, 4, " X2 ")},
+       "GetSpanToorimei",
+       {I16{1}},
+       std::string(" X2 ")},
+      {"code below 0 skipped",
+       {Kutai(0, -1, "999"), Kutai(0, -4, "1")},
+       "GetSpanTyou",
+       {I16{0}},
+       6000.0f},
+      {"SUBPAGE 5 is span 100: skipped",
+       {Kutai(5, 3, "4000"), Kutai(5, 81, "X")},
+       "GetSpanSuu",
+       {},
+       I16{2}},
+      {"SUBPAGE 4, code 79 is span 99", {Kutai(4, 79, "1234")}, "GetSpanTyou", {I16{99}}, 1234.0f},
+      {"HANTI (1, 3): span 20, right bottom, untrimmed",
+       {In("HANTI", 1, 3, -1, " 150 ")},
+       "GetHantiMigiSita",
+       {I16{20}},
+       std::string(" 150 ")},
+      {"HANTI span 100 skipped",
+       {In("HANTI", 5, 0, -1, "x"), In("HANTI", 0, -2, -1, "y")},
+       "GetHantiHidariUe",
+       {I16{0}},
+       std::string("")},
+      {"STPGENSUN (0, 3): span 1, rounded half to even",
+       {In("STPGENSUN", 0, 3, -1, "2.5")},
+       "GetSpanSTPGensun",
+       {I16{1}, I16{1}},
+       I16{2}},
+      {"STPJOUGEGENSUN (2, 0): span 40",
+       {In("STPJOUGEGENSUN", 2, 0, -1, "125")},
+       "GetSpanSTPJougeGensun",
+       {I16{40}, I16{0}},
+       I16{125}},
+      {"RSITEI (1, 2): column 22, trimmed",
+       {In("RSITEI", 1, 2, -1, " R1 ")},
+       "GetRsitei",
+       {I16{22}},
+       std::string("R1")},
+      {"SITAKINANKASETUDAN (0, 5): right face of column 2",
+       {In("SITAKINANKASETUDAN", 0, 5, -1, " 3 ")},
+       "GetSitakinCutMigi",
+       {I16{2}},
+       std::string("3")},
+      {"SITAKINANKASETUDAN (1, 0): left face of column 20",
+       {In("SITAKINANKASETUDAN", 1, 0, -1, "4"), In("SITAKINANKASETUDAN", 5, 0, -1, "5")},
+       "GetSitakinCutHidari",
+       {I16{20}},
+       std::string("4")},
+      {"SPANTANJOIL BAN 1, trimmed; BAN 2 skipped",
+       {In("SPANTANJOIL", 0, 1, 1, " 40 "), In("SPANTANJOIL", 0, 1, 2, "x")},
+       "GetSpanTanbuJointL",
+       {I16{1}, I16{1}},
+       std::string("40")},
+      {"HENKATEN BAN 100: left haunch length",
+       {In("HENKATEN", 0, 1, 100, " 900 ")},
+       "GetHenkatenSayuuHantiL",
+       {I16{1}, I16{0}},
+       900.0f},
+      {"ANKANIGE (0, 3, BAN 12): bar number, column 1 right",
+       {In("ANKANIGE", 0, 3, 12, " D13 ")},
+       "GetTeityakuBanMigi_Hontai",
+       {I16{1}, I16{0}},
+       std::string("D13")},
+      {"ANKANIGE BAN 250 and span 100 skipped",
+       {In("ANKANIGE", 0, 0, 250, "x"), In("ANKANIGE", 5, 0, 0, "y")},
+       "GetAnkaHidari_Hontai",
+       {I16{0}, I16{0}},
+       std::string("")},
+  };
+  I16 page = 0;
+  for (const Decoding& c : cases) {
+    SCOPED_TRACE(c.label);
+    Write(page, Plus(TwoSpans(), c.rows));
+    ASSERT_EQ(Load(page), 2);
+    std::vector<vb::Variant> args = c.args;
+    vb::Variant got = service->invoke(c.member, CallKind::Method, args);
+    EXPECT_EQ(vb::CStr(got), vb::CStr(c.answer));
+    ++page;
+  }
+}
+
+TEST_F(SpanLoaderTest, SpanCountAndTheEmptyPage) {
+  // Span 2 of length 0 ends the beam even though span 3 has data.
+  Write(0, Plus(TwoSpans(), {Kutai(0, 15, "7000"), In("HANTI", 0, 0, -1, "150"),
+                             In("TOORIMEI", -1, -1, -1, " Y1 ")}));
+  EXPECT_EQ(Load(0), 2);
+  EXPECT_EQ(vb::CStr(Ask("TOORIMEI")), "Y1");
+  // 100 spans, all with a length: no valid span, and the attributes stay.
+  Rows full;
+  for (I16 s = 0; s < 5; ++s)
+    for (I16 b = 3; b < 80; b += 4)
+      full.push_back(Kutai(s, b, "1000"));
+  Write(1, full);
+  EXPECT_EQ(Load(1), 0);
+  EXPECT_EQ(vb::CStr(Ask("GetSpanTyou", I16{99})), "1000");
+  EXPECT_EQ(vb::CStr(Ask("GetHantiHidariUe", I16{0})), "150");
+  EXPECT_EQ(vb::CStr(Ask("TOORIMEI")), "Y1");
+  // A page with no rows: the frame is emptied, the attributes stay.
+  EXPECT_EQ(Load(7), 0);
+  EXPECT_EQ(vb::CStr(Ask("GetSpanTyou", I16{99})), "0");
+  EXPECT_EQ(vb::CStr(Ask("GetHantiHidariUe", I16{0})), "150");
+  // SetSpanSunpou refreshes the frame alone.
+  EXPECT_EQ(vb::CInt(Ask("SetSpanSunpou", I16{0})), 2);
+  EXPECT_EQ(vb::CInt(Ask("GetSpanSuu")), 2);
+  EXPECT_EQ(vb::CStr(Ask("GetHantiHidariUe", I16{0})), "150");
+}
+
+TEST_F(SpanLoaderTest, ChangePointsArePackedFilledAndClamped) {
+  struct Tidy {
+    I16 span;
+    std::vector<std::string> stored, loaded;  // slots 0.. as written, as loaded
+  };
+  const std::vector<Tidy> cases = {
+      {0, {"", "", "1200", ""}, {"1200", "0", "", ""}},
+      {1, {"-50", "300", "", "", "-80", "99999"}, {"-50", "300", "-80", "4600", "", ""}},
+      {1, {"", "300", "", "", "", "", "-1", ""}, {"0", "300", "-1", "0", "", "", "", ""}},
+      {0, {"-10", "5600", "-20", "5600.5"}, {"-10", "5600", "-20", "5600"}},
+      {5, {"", "", "1", "2"}, {"", "", "1", "2"}},  // beyond the valid spans: left alone
+  };
+  I16 page = 0;
+  for (const Tidy& c : cases) {
+    SCOPED_TRACE(page);
+    Rows rows = TwoSpans();
+    for (I16 slot = 0; slot < static_cast<I16>(c.stored.size()); ++slot)
+      if (!c.stored[slot].empty()) rows.push_back(In("HENKATEN", 0, c.span, slot, c.stored[slot]));
+    Write(page, rows);
+    ASSERT_EQ(Load(page), 2);
+    for (I16 slot = 0; slot < static_cast<I16>(c.loaded.size()); ++slot)
+      EXPECT_EQ(Model().HenkatenData(c.span, slot), c.loaded[slot]) << "slot " << slot;
+    ++page;
+  }
+  EXPECT_EQ(vb::CInt(Ask("GetHenkatenSuu", I16{5})), 0);
+}
+
+TEST_F(SpanLoaderTest, AnchorageGroupZeroFillsTheGroupsNotRead) {
+  Rows main_body = TwoSpans();
+  for (I16 m = 0; m < 21; ++m)
+    main_body.push_back(In("ANKANIGE", 0, 3, m, "M" + std::to_string(m)));
+  Write(0, main_body);
+  Write(1, Plus(main_body, {In("ANKANIGE", 0, 3, 101, "G2")}));
+  Write(2, Plus(TwoSpans(), {In("ANKANIGE", 0, 3, 101, "G2")}));
+  struct Fill {
+    I16 page;
+    const char* member;
+    std::vector<vb::Variant> args;
+    const char* answer;
+  };
+  for (const Fill& f : std::vector<Fill>{
+           {0, "GetAnkaMigi_Fukasi", {I16{2}, I16{1}, I16{1}}, "M1"},
+           {0, "GetTeityakuSansyouMigi_Fukasi", {I16{3}, I16{1}}, "M20"},
+           {1, "GetAnkaMigi_Fukasi", {I16{1}, I16{1}, I16{1}}, "G2"},  // group 2 read
+           {1, "GetAnkaMigi_Fukasi", {I16{0}, I16{1}, I16{1}}, "M1"},  // groups 1, 3, 4 filled
+           {1,
+            "GetAnkaMigi_Fukasi",
+            {I16{1}, I16{1}, I16{0}},
+            ""},  // not a copy: slot 0 of group 2
+           {2, "GetAnkaMigi_Fukasi", {I16{0}, I16{1}, I16{1}}, ""},  // no group 0: nothing filled
+       }) {
+    SCOPED_TRACE(f.page);
+    ASSERT_EQ(Load(f.page), 2);
+    std::vector<vb::Variant> args = f.args;
+    EXPECT_EQ(vb::CStr(service->invoke(f.member, CallKind::Method, args)), f.answer) << f.member;
+  }
+}
+
+// The slot table of BAN 8..23 and the older set of BAN 0..7.
+TEST_F(SpanLoaderTest, SpanTopSlots) {
+  Rows rows = TwoSpans();
+  // Span 0 as the page writer writes it: 24 values, BAN 0..7 "0".
+  for (I16 ban = 0; ban < 24; ++ban)
+    rows.push_back(In("SPANTOP", 0, 0, ban, ban < 8 ? "0" : "v" + std::to_string(ban)));
+  // Span 1: only the older set.
+  for (I16 ban = 0; ban < 8; ++ban)
+    rows.push_back(In("SPANTOP", 0, 1, ban, ban == 0 ? "5" : "a" + std::to_string(ban)));
+  // Span 2: the older set and one newer value, written empty.
+  for (I16 ban = 0; ban < 8; ++ban)
+    rows.push_back(In("SPANTOP", 0, 2, ban, ban == 0 ? "5" : "a" + std::to_string(ban)));
+  rows.push_back(In("SPANTOP", 0, 2, 16, ""));
+  // Span 3: an older set switched off by BAN 0 = "0"; span 4: BAN 0 empty.
+  rows.push_back(In("SPANTOP", 0, 3, 0, " 0 "));
+  rows.push_back(In("SPANTOP", 0, 3, 1, "off"));
+  rows.push_back(In("SPANTOP", 0, 4, 1, "off"));
+  rows.push_back(In("SPANTOP", 0, 4, 24, "skipped"));
+  Write(0, rows);
+  ASSERT_EQ(Load(0), 2);
+
+  struct Slot {
+    I16 kihon, tanbu, sitan;
+    int r;  // the r (BAN - 8, or BAN - 16) whose text the slot holds
+  };
+  const Slot slots[] = {{0, 0, 0, 0}, {1, 0, 0, 1}, {0, 0, 1, 2}, {1, 0, 1, 3},
+                        {0, 1, 0, 4}, {0, 1, 1, 4}, {1, 1, 0, 5}, {1, 1, 1, 7}};
+  auto top = [&](I16 span, const Slot& s, I16 updown) {
+    return Model().GetSpanTop(span, s.kihon, s.tanbu, s.sitan, updown);
+  };
+  for (const Slot& s : slots)
+    for (I16 updown = 0; updown < 2; ++updown) {
+      SCOPED_TRACE(::testing::Message() << s.kihon << s.tanbu << s.sitan << updown);
+      EXPECT_EQ(top(0, s, updown), "v" + std::to_string(8 + 8 * updown + s.r));
+      EXPECT_EQ(top(1, s, updown), s.r == 0 ? "5" : "a" + std::to_string(s.r));
+      const bool written = updown == 1 && s.r == 0;  // BAN 16
+      EXPECT_EQ(top(2, s, updown), written ? "" : s.r == 0 ? "5" : "a" + std::to_string(s.r));
+      EXPECT_EQ(top(3, s, updown), "");
+      EXPECT_EQ(top(4, s, updown), "");
+    }
+}
+
+TEST_F(SpanLoaderTest, AFailedLoadKeepsTheModel) {
+  Write(0, Plus(TwoSpans(), {In("HANTI", 0, 0, -1, "150")}));
+  ASSERT_EQ(Load(0), 2);
+  struct Bad {
+    const char* label;
+    Rows rows;
+    int error;
+  };
+  I16 page = 1;
+  for (const Bad& bad : std::vector<Bad>{
+           {"change point BAN 14", {In("HENKATEN", 0, 0, 14, "1")}, 9},
+           {"anchorage BAN -1", {In("ANKANIGE", 0, 0, -1, "1")}, 9},
+           {"SUBPAGE 1639 overflows 16 bits", {Kutai(1639, 0, "1")}, 6},
+           {"SUBPAGE -1", {Kutai(-1, 3, "1")}, 9},
+           {"size beyond 32-bit reals", {Kutai(0, 2, "1e39")}, 6},
+       }) {
+    SCOPED_TRACE(bad.label);
+    Write(page, Plus(TwoSpans(), bad.rows));
+    EXPECT_RAISES(Load(page), bad.error);
+    EXPECT_EQ(Model().SpanSuu, 2);
+    EXPECT_EQ(Model().GetHantiHidariUe(0), "150");
+    EXPECT_EQ(Model().GetSpanTyou(1), 5000);
+    ++page;
+  }
+}
+
+TEST_F(SpanLoaderTest, LoadOpensTheCurrentFloorWhenNoneIsSet) {
+  Write(0, TwoSpans());
+  fakes.Answer("FolderKit.clsFloorDirs", "CurrFloor", vb::Variant(folder));
+  auto fresh = std::make_shared<clsSeluVorneDataService>();
+  EXPECT_EQ(fresh->InitKutaiData(0), 2);
+  EXPECT_EQ(fresh->CurrKai(), folder);
+  EXPECT_RAISES(clsSeluVorneDataService().SetSpanSunpou(0), 91);  // no floor open
+}
+
+// ---- By name -----------------------------------------------------------------
+
+TEST_F(SpanLoaderTest, ArgumentKindsAndResultsByName) {
+  // A page never loaded answers from the empty model, guards included.
+  EXPECT_EQ(vb::CStr(Ask("GetHariMei", I16{0})), "");
+  EXPECT_EQ(vb::CStr(Ask("GetTeityakuBanHidari_Hontai", I16{0}, I16{5})), "");
+  EXPECT_EQ(vb::CDbl(Ask("GetHenkatenKyori", I16{0}, I16{0})), 0);
+  EXPECT_EQ(vb::CInt(Ask("isInSpan", 100.0f)), -1);
+  EXPECT_EQ(vb::CInt(Ask("isInOrNearHasira", 0.0f, 0.0f)), 0);
+
+  Write(0, TwoSpans());
+  EXPECT_EQ(vb::CInt(Ask("InitKutaiData", std::int32_t{0})), 2);  // a Long converts
+  float left = 0, right = 0;
+  EXPECT_TRUE(vb::CBool(Ask("GetHasiraLR", I16{1}, Ref(left), Ref(right))));
+  EXPECT_EQ(left, 6000);
+  EXPECT_EQ(right, 6400);
+  I16 first = -1, last = -1;
+  EXPECT_EQ(vb::CStr(Ask("GetSpanTokutyou", 100.0f, 11000.0f, Ref(first), Ref(last))),
+            "00040:00560:00040:00460:00040");
+  EXPECT_EQ(last, 1);
+  float width = 0;
+  EXPECT_EQ(vb::CInt(Ask("isInOrNearHasiraHaba", 6100.0f, 0.0f, Ref(width))), 1);
+  EXPECT_EQ(width, 400);
+  fakes.Answer("BeamRoster.clsRoster", "GaiTanNaitan", vb::Variant(std::string("端部")));
+  vb::Array<I16> sections;
+  Ask("GetDanmenBangou", I16{0}, Ref(sections));
+  EXPECT_THAT(std::vector<I16>(sections.begin(), sections.end()), ::testing::ElementsAre(0, 1, 2));
+
+  struct Refused {
+    const char* member;
+    std::vector<vb::Variant> args;
+    int error;
+  };
+  I16 not_an_array = 0;
+  for (const Refused& r : std::vector<Refused>{
+           {"GetHasiraHaba", {vb::Variant(std::string("abc"))}, 13},
+           {"GetHasiraHaba", {vb::Variant(I16{100})}, 9},
+           {"GetHasiraHaba", {vb::Variant(100000.0)}, 6},
+           {"GetNigeHidari_Hontai", {vb::Variant(I16{0}), vb::Variant(I16{32767})}, 6},
+           {"isTopX",
+            {vb::Variant(I16{0}), vb::Variant(1.0f), vb::Variant(1.0f), vb::Variant(I16{3})},
+            13},
+           {"InitKutaiData", {vb::Variant(std::string("three"))}, 13},
+       }) {
+    std::vector<vb::Variant> args = r.args;
+    EXPECT_RAISES(service->invoke(r.member, CallKind::Method, args), r.error) << r.member;
+  }
+  EXPECT_RAISES(Ask("GetDanmenBangou", I16{0}, Ref(not_an_array)), 13);
+  CallByName(service, "IsVarnholt", CallKind::PropertyPut, true);
+  EXPECT_RAISES(CallByName(service, "IsVarnholt", CallKind::PropertyGet), 438);
+}
+
+TEST_F(SpanLoaderTest, ReadersIntoTheCallersArrays) {
+  Write(4, Plus(TwoSpans(), {Kutai(0, 81, " 2G1/2G2 "), Kutai(0, 85, "2B1"), Kutai(0, 80, "-30"),
+                             In("TOORIMEI", -1, -1, -1, " Y3 ")}));
+  vb::Array<float> sizes({4, 2});
+  vb::Array<std::string> names({4});
+  vb::Variant db(Object(service->KutaiDb));
+  EXPECT_EQ(vb::CInt(Ask("Read_KutaiSunpou", Ref(db), I16{4}, Ref(sizes), Ref(names))), 10);
+  EXPECT_EQ(sizes(0, 2), 6000);
+  EXPECT_EQ(sizes(2, 0), 200);
+  EXPECT_EQ(sizes(2, 2), -999999.0f);  // absent
+  EXPECT_EQ(sizes(4, 1), -999999.0f);
+  EXPECT_EQ(names(0), "2G1 2G2");
+  EXPECT_EQ(names(1), "2B1");
+  EXPECT_EQ(Model().SpanSuu, 0);  // the model is left alone
+
+  vb::Array<float> small({1, 2});
+  EXPECT_RAISES(Ask("Read_KutaiSunpou", Ref(db), I16{4}, Ref(small), Ref(names)), 9);
+
+  std::string toori = "kept", kasyo = "kept";
+  Ask("Read_TooriMei", Ref(db), I16{4}, Ref(toori), Ref(kasyo));
+  EXPECT_EQ(toori, "Y3");
+  Ask("Read_TooriMei", Ref(db), I16{5}, Ref(toori), Ref(kasyo));  // no row: both stay
+  EXPECT_EQ(toori, "Y3");
+
+  vb::Array<float> values({12});
+  EXPECT_RAISES(Ask("Read_Keisanti", Ref(db), I16{4}, Ref(values)), 3078);  // no KEISANTI
+  static constexpr frame::FieldSchema kFields[] = {{"PAGE", dao::dbInteger},
+                                                   {"SUBPAGE", dao::dbInteger},
+                                                   {"BANGOU", dao::dbInteger},
+                                                   {"DATA", dao::dbText, 200}};
+  frame::CreateTable(*service->KutaiDb, {"KEISANTI", kFields});
+  Write(4, {In("KEISANTI", -1, 1, -1, "1.5"), In("KEISANTI", -1, 7, -1, "7"),
+            In("KEISANTI", -1, 16, -1, "16"), In("KEISANTI", -1, 5, -1, "5")});
+  EXPECT_EQ(vb::CInt(Ask("Read_Keisanti", Ref(db), I16{4}, Ref(values))), 3);
+  EXPECT_EQ(values(1), 1.5f);
+  EXPECT_EQ(values(3), 7);
+  EXPECT_EQ(values(12), 16);
+  vb::Variant nothing{Object()};
+  EXPECT_RAISES(Ask("Read_Keisanti", Ref(nothing), I16{4}, Ref(values)), 91);
+}
+
+}  // namespace
