@@ -19,8 +19,8 @@ inline const std::vector<std::string> kPageTables = {
 
 // The rows of `page` in `table`, as "SUBPAGE,BANGOU[,BAN]=DATA" in key
 // order (TOORIMEI: "TOORI|KASYO").
-inline std::vector<std::string> Rows(dao::Database& db, const std::string& table,
-                                     std::int16_t page) {
+inline std::vector<std::string> RowsOf(dao::Database& db, const std::string& table,
+                                       std::int16_t page) {
   const bool names = table == "TOORIMEI";
   const bool ban =
       table == "ANKANIGE" || table == "HENKATEN" || table == "SPANTOP" || table == "SPANTANJOIL";
@@ -56,7 +56,7 @@ class PageTest : public FloorTest {
   }
 
   std::vector<std::string> Rows(const std::string& table, std::int16_t page) {
-    return testing::Rows(*service->WriteOpenDb, table, page);
+    return RowsOf(*service->WriteOpenDb, table, page);
   }
 
   std::string folder;

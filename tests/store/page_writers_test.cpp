@@ -227,7 +227,7 @@ TEST_F(PageTest, TheWritersThatWriteNothingStillNeedTheirTable) {
 std::size_t RowsAfterReopen(const std::string& folder, const std::string& table) {
   clsSeluVorneDataService reader;
   reader.WriteOpen(folder);
-  return seluvorne::testing::Rows(*reader.WriteOpenDb, table, 4).size();
+  return seluvorne::testing::RowsOf(*reader.WriteOpenDb, table, 4).size();
 }
 
 TEST_F(PageTest, AnArrayTooShortRaises9AfterTheRowsBeforeTheMissingElement) {
