@@ -1,9 +1,9 @@
 // Loading a beam page into the span model, beside a raw SQLite program reading
 // the same rows, and the geometry queries on a loaded page.
 //
-// The floor holds 500 typical pages (sample_pages.h: six spans, about 2,700
-// rows a page over the page tables). BM_InitKutaiData loads page 250 through
-// the data service; BM_ReadPageRaw reads the same rows of the same file with
+// The floor holds 500 typical pages written through the page writers
+// (sample_pages.h: six spans, about 2,500 rows a page over the ten tables). BM_InitKutaiData loads
+// page 250 through the data service; BM_ReadPageRaw reads the same rows of the same file with
 // SQLiteCpp and prepared statements, one statement per table, copying every
 // value out. The report at the end gives the ratio of the two medians (run
 // with --benchmark_repetitions=5 --benchmark_enable_random_interleaving=true
@@ -56,9 +56,7 @@ const Floor& TheFloor() {
     frame::EnsureStarted();
     made.folder = made.root + "\\Zene1\\Kouji1\\1kai";
     clsSeluVorneDataService service;
-    service.SetCurrKai(made.folder);
-    sample::FillFloor(*service.KutaiDb, kPages);
-    service.CloseDB();
+    sample::WriteFloor(service, made.folder, kPages);
     made.file = NativePath(service.GetFileName(made.folder)).string();
     return made;
   }();

@@ -115,6 +115,8 @@ class Database : public DispatchImpl<Database> {
   std::string Locale() const;
   // Closes this handle; using it, or its record sets, afterwards raises 3420.
   void Close();
+  // Whether Close has not run (for C++ callers; not reached by name).
+  bool IsOpen() const;
   // Runs an action statement (DELETE, UPDATE, INSERT). A statement the engine
   // cannot parse raises 3131 with SQLite's message and changes nothing; a
   // SELECT raises 3065. Each statement is its own transaction, so it is
@@ -130,6 +132,7 @@ class Database : public DispatchImpl<Database> {
   std::shared_ptr<TableDef> CreateTableDef(const std::string& name);
 
  private:
+  friend class MemberTransaction;
   std::shared_ptr<db::DatabaseState> state_;
 };
 

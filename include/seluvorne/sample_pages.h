@@ -1,47 +1,51 @@
-// Sample beam pages: the rows of realistic pages of a floor file, for the
-// benchmarks, the tests and the demonstrations.
+// Typical beam pages, made up and written through the page writers: the
+// realistic floors of the tests, the benchmarks and the demo.
 //
-// A typical page has six spans on columns of unequal widths, eccentric
-// beams, haunches, change points, stirrup sizes, span-top and end-joint
-// values, and anchorage entries in all five groups (BAN 0..249) for every
-// column face: about 2,700 rows over the ten page tables, laid out as the
-// page writers lay them out.
+// A typical page has about 2,500 rows over the ten tables: three sub-pages of
+// frame data, five of haunches, change points with haunch lengths on every
+// span, top-bar values on 20 spans, anchorage groups on four spans. Its texts
+// are derived from the page number and a seed, so two pages differ and the
+// same call gives the same page again.
 //
-//   auto db = dao::DBEngine::Instance()->OpenDatabase(file);   // a floor file
-//   sample::FillFloor(*db, 500);                                // pages 0..499
+//   clsSeluVorneDataService service;
+//   service.WriteOpen(folder);
+//   sample::WritePage(service, 7, sample::TypicalPage(7));
 #pragma once
 
 #include <cstdint>
-#include <span>
 #include <string>
-#include <string_view>
-#include <vector>
 
-#include "seluvorne/dao.h"
+#include "seluvorne/array.h"
+
+namespace seluvorne {
+class clsSeluVorneDataService;
+}  // namespace seluvorne
 
 namespace seluvorne::sample {
 
-// One row of a page table. BAN is -1 for the tables without that field;
-// TOORIMEI rows carry TOORI in `data` and KASYO in `kasyo`.
-struct Row {
-  std::string_view table;
-  std::int16_t subpage = -1;
-  std::int16_t bangou = -1;
-  std::int16_t ban = -1;
-  std::string data;
-  std::string kasyo;
+// What each writer is given for one page, in the writers' shapes.
+struct PageTexts {
+  vb::Array<std::string> kutai_data;      // (160, 3)
+  vb::Array<std::string> hanti;           // (80, 5)
+  vb::Array<std::string> stirrups;        // (40, 3)
+  vb::Array<std::string> stirrups_ud;     // (40, 3)
+  vb::Array<std::string> r_sitei;         // (60)
+  vb::Array<std::string> change_points;   // (14, 20, 3)
+  vb::Array<std::string> haunch_lengths;  // (2, 20, 3)
+  vb::Array<std::string> top;             // (20, 1): 24 values each
+  vb::Array<std::string> joint_lengths;   // (20, 2): 2 values each
+  vb::Array<std::string> anchorage;       // (5, 40, 1): 21 values each
+  std::string grid_line, locations;
 };
 
-// The rows of a typical page of `spans` spans (1..20); `variant` varies the
-// sizes, names and levels.
-std::vector<Row> TypicalPage(std::int16_t spans, int variant);
+PageTexts TypicalPage(std::int16_t page, std::uint32_t seed = 1);
 
-// Adds `rows` as page `page`, one row at a time through the engine.
-void AddRows(dao::Database& db, std::int16_t page, std::span<const Row> rows);
+// Writes `texts` as page `page` through every writer, on the floor the
+// service's WriteOpen opened.
+void WritePage(clsSeluVorneDataService& service, std::int16_t page, PageTexts& texts);
 
-// Fills pages 0..pages-1 of an open floor file with typical pages of six
-// spans (four variants): the first pages are written row by row, the others
-// copied from them with one statement per table.
-void FillFloor(dao::Database& db, std::int16_t pages);
+// Opens the floor folder for writing and writes typical pages 0 to pages - 1.
+void WriteFloor(clsSeluVorneDataService& service, const std::string& folder, std::int16_t pages,
+                std::uint32_t seed = 1);
 
 }  // namespace seluvorne::sample

@@ -19,6 +19,7 @@
 // has run; every member is also reached by name, with the same names.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -27,7 +28,9 @@
 #include "seluvorne/dao.h"
 #include "seluvorne/hari_fukasi_ds.h"
 #include "seluvorne/hari_sw_ds.h"
+#include "seluvorne/hiki_copy_ds.h"
 #include "seluvorne/member_table.h"
+#include "seluvorne/page_rows.h"
 #include "seluvorne/span_model.h"
 
 namespace seluvorne {
@@ -175,14 +178,149 @@ class clsSeluVorneDataService : public DispatchImpl<clsSeluVorneDataService> {
   bool isTopX(std::int16_t UeOrSita, float X, float KyoyouNagasa, const Object& obList) const;
   bool isHasiKobari(const Object& obList) const;
 
+  // ---- Page writers (page_writers.cpp) -----------------------------------------
+  //
+  // One table each, for one page: the writer turns its array of texts into
+  // rows of WriteOpenDb (opened by WriteOpen), numbering SUBPAGE, BANGOU and
+  // BAN from the array indices. A page outside 0 to the page limit writes
+  // nothing, silently. Writers only add rows: the caller empties the page
+  // first. An array smaller than the writer reads raises 9 after the rows
+  // before the missing element; a text longer than its field raises 3163
+  // after the rows before it. Those rows stay (one transaction, committed up
+  // to the failing row).
+
+  // KUTAIDATA (j, i): SUBPAGE i to UBound(dim 2), BANGOU j 0 to 159, every
+  // text as it is. Reloads the page limit from the preset first.
+  void Write_KutaiData(std::int16_t Page, vb::Array<std::string>& KUTAIDATA);
+  // HantiData (j, i): SUBPAGE 0 to 4, BANGOU 0 to 79, trimmed.
+  void Write_Hanti(std::int16_t Page, vb::Array<std::string>& HantiData);
+  // STPData (j, i): SUBPAGE i to UBound(dim 2), BANGOU 0 to 39, trimmed.
+  void Write_StpGensun(std::int16_t Page, vb::Array<std::string>& STPData);
+  void Write_StpJougeGensun(std::int16_t Page, vb::Array<std::string>& STPData);
+  // RData (n): SUBPAGE n \ 20, BANGOU n Mod 20, trimmed.
+  void Write_Rsitei(std::int16_t Page, vb::Array<std::string>& RData);
+  // HenkaData (k, b, s), HantiL (k, b, s): for SUBPAGE s, BANGOU 0 to 19, a
+  // row per non-blank change point (BAN k, 0 to 13, trimmed) and haunch
+  // length (BAN 100 + k, 0 to 1, as given).
+  void Write_Henkaten(std::int16_t Page, vb::Array<std::string>& HenkaData,
+                      vb::Array<std::string>& HantiL);
+  // sTopData (j, i): 24 comma-separated values per element, BAN 0 to 23 of
+  // SUBPAGE i, BANGOU j (0 to 19); an element without exactly 24 gives 24 "".
+  // Adds SPANTOP to a file without it first.
+  void Write_Top(std::int16_t Page, vb::Array<std::string>& sTopData);
+  // The same with 2 values per element, into SPANTANJOIL.
+  void Write_TanbuJointL(std::int16_t Page, vb::Array<std::string>& sTanbuJointLData);
+  // AnkaNige (j, k, i): five slots j of 21 comma-separated values for
+  // SUBPAGE i, BANGOU k (0 to 39), at BAN j * 50 + m. A group whose five
+  // slots are all blank or zero writes nothing; entry 20 "1" keeps entries 12
+  // to 20, anything else stores them as "0".
+  void Write_AnkaNige(std::int16_t Page, vb::Array<std::string>& AnkaNige);
+  // One TOORIMEI row: the name cut to 20 code-page-932 bytes (a longer name
+  // becomes its first 17 bytes and "..."), the location count as given.
+  void Write_TooriMei(std::int16_t Page, const std::string& TOORIMEI, const std::string& Kasyosuu);
+  // These two write nothing: they check the page and open and close their table.
+  void Write_AnkaNigeData(std::int16_t Page, vb::Array<std::string>& AnkaNige);
+  void Write_SitakinAnkaSetudan(std::int16_t Page, vb::Array<std::string>& SitaData);
+
+  // ---- Page buffers (page_buffers.cpp) -----------------------------------------
+  //
+  // A whole page of KutaiDb in memory (wBuf): ReadDB fills it from page
+  // pPageNo, WriteDB writes it as page pPageNo, possibly of another floor.
+
+  // Reads page pPageNo: its TOORIMEI row (3021 when it has none) and its rows
+  // of the ten other tables, each with a spare empty element at the end.
+  // True whenever it returns.
+  bool ReadDB();
+  // Replaces page pPageNo with the buffer (SPANTOP and SPANTANJOIL rows are
+  // added to those there, never deleted). Rows with empty DATA are dropped,
+  // except in KUTAIDATA, which writes exactly the rows read. False always.
+  bool WriteDB();
+  // Deletes page pPageNo from every table but SPANTOP and SPANTANJOIL.
+  void SeluVorne_Del_DBTBL();
+  // One element per array: -1 and "" (STPJOUGEGENSUN: 0 and ""); TOORIMEI
+  // -1, "", "".
+  void wBuf_Clear();
+
+  // The buffer's tables, in the order ReadDB reads them.
+  static constexpr int kBufferTables = 10;
+  struct PageBuffers {
+    std::int16_t toori_page = -1;  // TOORIMEI
+    std::string toori, kasyo;
+    std::array<frame::PageRows, kBufferTables> tables;
+  };
+  // For C++ callers that want to look (not reached by name).
+  const PageBuffers& wBuf() const { return buffers_; }
+
+  // ---- Page copy between floors (page_copy.cpp) ------------------------------
+  //
+  // Floors are given by contractor, project and floor numbers (Moto the
+  // source, Saki the destination). A copy of page lists checks first that no
+  // page is over 499 (the large page limit, whatever PageMax says); with
+  // iMode 1 it then copies each page: the beam frame rows, the build-out
+  // rows, the switch rows and the through-bar value, and with WithSekouzu 1
+  // the additional rebar and calculation files. The progress object handed
+  // over through CopyMergeBar follows (91 without one).
+
+  // Source pages iMotoPageNo(0 .. iMotoPageMax) to iSakiPageNo at the same
+  // indices. False with sNGMsg "ページの最大数を超えます。" when a source page is over 499.
+  bool No_PageCopyNo(std::int16_t iMode, std::int16_t WithSekouzu, std::string& sNGMsg,
+                     std::int16_t iMotoZeneNo, std::int16_t iMotoKoujiNo, std::int16_t iMotoKaiNo,
+                     vb::Array<std::int16_t>& iMotoPageNo, std::int16_t iMotoPageMax,
+                     std::int16_t iSakiZeneNo, std::int16_t iSakiKoujiNo, std::int16_t iSakiKaiNo,
+                     vb::Array<std::int16_t>& iSakiPageNo);
+  // The same onto new pages after the destination's last page; false (no
+  // message) when the last of them would be over 499.
+  bool No_PageCopyAddNo(std::int16_t iMode, std::int16_t WithSekouzu, std::string& sNGMsg,
+                        std::int16_t iMotoZeneNo, std::int16_t iMotoKoujiNo,
+                        std::int16_t iMotoKaiNo, vb::Array<std::int16_t>& iMotoPageNo,
+                        std::int16_t iMotoPageMax, std::int16_t iSakiZeneNo,
+                        std::int16_t iSakiKoujiNo, std::int16_t iSakiKaiNo);
+  // The beam frame rows of one page, through the page buffers: true when the
+  // source page was read and written. A missing destination file is created.
+  bool No_Copy1Page(std::int16_t iMotoZeneNo, std::int16_t iMotoKoujiNo, std::int16_t iMotoKaiNo,
+                    std::int16_t iMotoPageNo, std::int16_t iSakiZeneNo, std::int16_t iSakiKoujiNo,
+                    std::int16_t iSakiKaiNo, std::int16_t iSakiPageNo);
+  // Opens the remembered floor file into KutaiDb (adding SPANTOP where
+  // missing), or, when it is missing, OpenDB_Sitei(1). True.
+  bool Copy_OpenDB();
+
+  // ---- The floor's pages and names (page_names.cpp) --------------------------
+
+  // The pages of a floor in ascending order with their grid-line names
+  // (untrimmed), into rPageNo and rPageName (0 .. the answer); -1 when the
+  // floor has no file (nothing is created) or no page. Keeps the floor open
+  // in KutaiDb for the next call with the same numbers.
+  std::int16_t No_GetAllPageNoName(std::int16_t ZeneNo, std::int16_t KoujiNo, std::int16_t KaiNo,
+                                   vb::Array<std::int16_t>& rPageNo,
+                                   vb::Array<std::string>& rPageName);
+
  private:
   // How many of the tables older floor files lack an opener adds, always in
   // this order: SPANTOP, SPANTANJOIL, STPJOUGEGENSUN.
   enum class Upgrade { kSpanTop, kSpanTopAndJoint, kAll };
   // Adds those of them that `db` lacks, through SwStore.
   void UpgradeTables(std::shared_ptr<dao::Database>& db, Upgrade steps);
+  // Adds one of them when `db` lacks it.
+  enum class LateTable { kSpanTop, kSpanTanJoil, kStpJougeGensun };
+  void AddLateTable(std::shared_ptr<dao::Database>& db, LateTable table);
   clsHariSWDS& SwitchStore();        // SwStore, made on first use
   clsHariFukasiDS& BuildOutStore();  // FukasiStore, made on first use
+
+  // The steps both page-list copies share once the destination pages are
+  // known: the check's result is `result`; answers it.
+  bool CopyPageList(std::int16_t iMode, std::int16_t WithSekouzu, bool result,
+                    std::int16_t iMotoZeneNo, std::int16_t iMotoKoujiNo, std::int16_t iMotoKaiNo,
+                    vb::Array<std::int16_t>& iMotoPageNo, std::int16_t iMotoPageMax,
+                    std::int16_t iSakiZeneNo, std::int16_t iSakiKoujiNo, std::int16_t iSakiKaiNo,
+                    vb::Array<std::int16_t>& iSakiPageNo, const std::string& moto_folder,
+                    const std::string& saki_folder, const frame::ExtraBars& rebar);
+  // The page limit check of the writers.
+  static bool PageInLimit(std::int16_t Page);
+  // The floor file Copy_OpenDB opens (OpenDB_Sitei and No_Copy1Page set it).
+  std::string copy_path_;
+  PageBuffers buffers_;
+  clsHikiCopyDS& ThroughBarCopier();  // made on first use
+  std::shared_ptr<clsHikiCopyDS> through_bar_copier_;
 
   std::string curr_kai_;
   frame::BeamRoster roster_;

@@ -36,6 +36,10 @@ void Database::Close() {
   state_->connection.reset();
 }
 
+bool Database::IsOpen() const {
+  return state_->connection != nullptr;
+}
+
 void Database::Execute(const std::string& sql, std::optional<std::int32_t>) {
   db::Connection& connection = state_->Use();
   db::PreparedStatement& statement = connection.Prepare(connection.Translate(sql));

@@ -1,192 +1,109 @@
-// Sample beam pages, laid out row for row as the page writers lay them out.
+// Made-up typical pages, written through the page writers.
 
 #include "seluvorne/sample_pages.h"
 
-#include <array>
-
 #include "seluvorne/runtime.h"
+#include "seluvorne/seluvorne_data_service.h"
 
 namespace seluvorne::sample {
 
 namespace {
 
-using I16 = std::int16_t;
+// A small deterministic stream of numbers (xorshift), so pages differ.
+class Numbers {
+ public:
+  explicit Numbers(std::uint32_t seed) : state_(seed ? seed : 1) {}
+  std::int32_t Next(std::int32_t below) {
+    state_ ^= state_ << 13;
+    state_ ^= state_ >> 17;
+    state_ ^= state_ << 5;
+    return static_cast<std::int32_t>(state_ % static_cast<std::uint32_t>(below));
+  }
 
-std::string Text(double value) {
+ private:
+  std::uint32_t state_;
+};
+
+std::string Number(std::int32_t value) {
   return vb::StrTrimmed(value);
 }
 
-void Add(std::vector<Row>& rows, std::string_view table, I16 s, I16 b, I16 ban, std::string data) {
-  rows.push_back(Row{table, s, b, ban, std::move(data), {}});
-}
-
-// KUTAIDATA: one SUBPAGE of 160 codes, every row written, empty ones too.
-void KutaiData(std::vector<Row>& rows, I16 spans, int variant) {
-  static constexpr std::array<double, 6> kLengths = {6000, 7200, 5400, 6600, 8000, 4800};
-  static constexpr std::array<double, 4> kHalfWidths = {300, 350, 400, 450};
-  for (I16 b = 0; b < 160; ++b) {
-    const I16 i = static_cast<I16>((b % 80) / 4);
-    const int code = b % 4;
-    std::string data;
-    if (b < 80 && i <= spans) {
-      const double left = kHalfWidths[(i + variant) % 4];
-      const double right = kHalfWidths[(i + variant + 1) % 4];
-      switch (code) {
-        case 0:
-          data = "X" + std::to_string(i + 1);
-          break;
-        case 1:
-          data = Text(left);
-          break;
-        case 2:
-          data = Text(right);
-          break;
-        default:
-          if (i < spans) data = Text(kLengths[(i + variant) % 6]);
-          break;
-      }
-    } else if (b >= 80 && i < spans) {
-      switch (code) {
-        case 0:
-          data = Text(-50.0 * ((i + variant) % 3));
-          break;
-        case 1:
-          data = (i % 3 == 2 ? "2B" : "2G") + std::to_string(i + 1 + variant);
-          break;
-        case 2:
-          data = Text(100.0 * ((i + variant) % 2));
-          break;
-        default:
-          data = Text(75.0 * ((i + 1) % 2));
-          break;
-      }
-    }
-    Add(rows, "KUTAIDATA", 0, b, -1, std::move(data));
-  }
+// `count` comma-separated numbers.
+std::string Values(Numbers& numbers, std::int32_t count, std::int32_t below) {
+  std::string text;
+  for (std::int32_t i = 0; i < count; ++i)
+    text += (i ? "," : "") + Number(numbers.Next(below));
+  return text;
 }
 
 }  // namespace
 
-std::vector<Row> TypicalPage(I16 spans, int variant) {
-  std::vector<Row> rows;
-  rows.reserve(2800);
-  KutaiData(rows, spans, variant);
-
-  // HANTI: five SUBPAGEs of 80 codes, always written.
-  for (I16 s = 0; s < 5; ++s)
-    for (I16 b = 0; b < 80; ++b) {
-      const int span = s * 20 + b / 4;
-      Add(rows, "HANTI", s, b, -1, span < spans && b % 2 == 0 ? Text(150 + 50 * (span % 3)) : "");
-    }
-
-  // Stirrup sizes: two values per span.
-  for (std::string_view table : {"STPGENSUN", "STPJOUGEGENSUN"})
-    for (I16 b = 0; b < 40; ++b)
-      Add(rows, table, 0, b, -1, b / 2 < spans ? Text(100 + 25 * ((b + variant) % 3)) : "");
-
-  // RSITEI: one value per column.
-  for (I16 n = 0; n < 20; ++n)
-    Add(rows, "RSITEI", 0, n, -1, n <= spans ? "R" + Text(n % 2) : "");
-
-  // HENKATEN: two change points and both haunch lengths per span.
-  for (I16 span = 0; span < spans; ++span) {
-    const std::array<std::string, 4> points = {"-100", Text(1200 + 100 * span), "-150",
-                                               Text(3000 + 100 * variant)};
-    for (I16 k = 0; k < 4; ++k)
-      Add(rows, "HENKATEN", 0, span, k, points[k]);
-    Add(rows, "HENKATEN", 0, span, 100, "900");
-    Add(rows, "HENKATEN", 0, span, 101, "900");
+PageTexts TypicalPage(std::int16_t page, std::uint32_t seed) {
+  Numbers numbers(seed * 7919u + static_cast<std::uint32_t>(page) + 1);
+  PageTexts texts;
+  texts.kutai_data.ReDim({159, 2});
+  for (std::int32_t i = 0; i <= 2; ++i)
+    for (std::int32_t j = 0; j <= 159; ++j)
+      texts.kutai_data(j, i) = j % 7 == 6 ? "" : Number(100 * (i + 1) + numbers.Next(900));
+  texts.hanti.ReDim({79, 4});
+  for (std::int32_t i = 0; i <= 4; ++i)
+    for (std::int32_t j = 0; j <= 79; ++j)
+      texts.hanti(j, i) = Number(numbers.Next(600));
+  for (auto* stirrups : {&texts.stirrups, &texts.stirrups_ud}) {
+    stirrups->ReDim({39, 2});
+    for (std::int32_t i = 0; i <= 2; ++i)
+      for (std::int32_t j = 0; j <= 39; ++j)
+        (*stirrups)(j, i) = " D" + Number(10 + 3 * numbers.Next(3)) + "@" +
+                            Number(100 + 50 * numbers.Next(3)) + " ";
   }
-
-  // SPANTOP: 24 values per BANGOU; the older layout (BAN 0..7) is "0".
-  for (I16 b = 0; b < 20; ++b)
-    for (I16 k = 0; k < 24; ++k) {
-      std::string data;
-      if (b < spans) data = k < 8 ? "0" : Text(1000 + 10 * k + b);
-      Add(rows, "SPANTOP", 0, b, k, std::move(data));
+  texts.r_sitei.ReDim({59});
+  for (std::int32_t n = 0; n <= 59; ++n)
+    texts.r_sitei(n) = Number(numbers.Next(4));
+  texts.change_points.ReDim({13, 19, 2});
+  texts.haunch_lengths.ReDim({1, 19, 2});
+  for (std::int32_t s = 0; s <= 2; ++s)
+    for (std::int32_t b = 0; b <= 19; ++b) {
+      for (std::int32_t k = 0; k < 4; ++k)
+        texts.change_points(k, b, s) = Number(500 * (k + 1) + numbers.Next(400));
+      for (std::int32_t k = 0; k <= 1; ++k)
+        texts.haunch_lengths(k, b, s) = Number(300 + numbers.Next(300));
     }
-
-  // SPANTANJOIL: two values per BANGOU.
-  for (I16 b = 0; b < 20; ++b)
-    for (I16 k = 0; k < 2; ++k)
-      Add(rows, "SPANTANJOIL", 0, b, k, b < spans ? Text(40 + k) : "");
-
-  // ANKANIGE: every face of every column, five groups of 21 entries; entry 20
-  // switches entries 12..20 on.
-  for (I16 column = 0; column <= spans; ++column)
-    for (I16 side = 0; side < 2; ++side)
-      for (I16 group = 0; group < 5; ++group)
-        for (I16 m = 0; m <= 20; ++m) {
-          std::string data = m == 20 ? "1" : Text(10 * group + m + column);
-          Add(rows, "ANKANIGE", 0, static_cast<I16>(2 * column + side),
-              static_cast<I16>(group * 50 + m), std::move(data));
-        }
-
-  // SITAKINANKASETUDAN: both faces of every column.
-  for (I16 b = 0; b <= 2 * spans + 1; ++b)
-    Add(rows, "SITAKINANKASETUDAN", 0, b, -1, Text(b % 3));
-
-  rows.push_back(Row{"TOORIMEI", -1, -1, -1, "Y" + Text(variant + 1) + " 通り", Text(spans + 1)});
-  return rows;
+  texts.top.ReDim({19, 0});
+  for (std::int32_t j = 0; j <= 19; ++j)
+    texts.top(j, 0) = Values(numbers, 24, 30);
+  texts.joint_lengths.ReDim({19, 1});
+  for (std::int32_t i = 0; i <= 1; ++i)
+    for (std::int32_t j = 0; j <= 19; ++j)
+      texts.joint_lengths(j, i) = Values(numbers, 2, 2000);
+  texts.anchorage.ReDim({4, 39, 0});
+  for (std::int32_t k = 0; k < 4; ++k)
+    for (std::int32_t j = 0; j <= 4; ++j)
+      texts.anchorage(j, k, 0) = Values(numbers, 20, 40) + (j % 2 ? ",1" : ",0");
+  texts.grid_line = "X" + Number(page + 1) + "通り Y1-Y" + Number(2 + numbers.Next(8));
+  texts.locations = Number(1 + numbers.Next(4));
+  return texts;
 }
 
-void AddRows(dao::Database& db, I16 page, std::span<const Row> rows) {
-  std::shared_ptr<dao::Recordset> set;
-  std::string_view open;
-  for (const Row& row : rows) {
-    if (!set || row.table != open) {
-      if (set) set->Close();
-      set = db.OpenRecordset(std::string(row.table));
-      open = row.table;
-    }
-    set->AddNew();
-    set->SetValue("PAGE", vb::Variant(page));
-    if (row.table == "TOORIMEI") {
-      set->SetValue("TOORI", vb::Variant(row.data));
-      set->SetValue("KASYO", vb::Variant(row.kasyo));
-    } else {
-      set->SetValue("SUBPAGE", vb::Variant(row.subpage));
-      set->SetValue("BANGOU", vb::Variant(row.bangou));
-      if (row.ban != -1 || row.table == "ANKANIGE" || row.table == "HENKATEN" ||
-          row.table == "SPANTOP" || row.table == "SPANTANJOIL")
-        set->SetValue("BAN", vb::Variant(row.ban));
-      set->SetValue("DATA", vb::Variant(row.data));
-    }
-    set->Update();
-  }
-  if (set) set->Close();
+void WritePage(clsSeluVorneDataService& service, std::int16_t page, PageTexts& texts) {
+  service.Write_TooriMei(page, texts.grid_line, texts.locations);
+  service.Write_KutaiData(page, texts.kutai_data);
+  service.Write_Hanti(page, texts.hanti);
+  service.Write_StpGensun(page, texts.stirrups);
+  service.Write_StpJougeGensun(page, texts.stirrups_ud);
+  service.Write_Rsitei(page, texts.r_sitei);
+  service.Write_Henkaten(page, texts.change_points, texts.haunch_lengths);
+  service.Write_Top(page, texts.top);
+  service.Write_TanbuJointL(page, texts.joint_lengths);
+  service.Write_AnkaNige(page, texts.anchorage);
 }
 
-void FillFloor(dao::Database& db, I16 pages) {
-  constexpr I16 kTemplates = 4;
-  for (I16 page = 0; page < pages && page < kTemplates; ++page) {
-    const auto rows = TypicalPage(6, page);
-    AddRows(db, page, rows);
+void WriteFloor(clsSeluVorneDataService& service, const std::string& folder, std::int16_t pages,
+                std::uint32_t seed) {
+  service.WriteOpen(folder);
+  for (std::int16_t page = 0; page < pages; ++page) {
+    PageTexts texts = TypicalPage(page, seed);
+    WritePage(service, page, texts);
   }
-  struct Table {
-    std::string_view name, fields;
-  };
-  static constexpr std::array<Table, 11> kTables = {{
-      {"KUTAIDATA", "SUBPAGE, BANGOU, DATA"},
-      {"HANTI", "SUBPAGE, BANGOU, DATA"},
-      {"STPGENSUN", "SUBPAGE, BANGOU, DATA"},
-      {"STPJOUGEGENSUN", "SUBPAGE, BANGOU, DATA"},
-      {"RSITEI", "SUBPAGE, BANGOU, DATA"},
-      {"SITAKINANKASETUDAN", "SUBPAGE, BANGOU, DATA"},
-      {"HENKATEN", "SUBPAGE, BANGOU, BAN, DATA"},
-      {"ANKANIGE", "SUBPAGE, BANGOU, BAN, DATA"},
-      {"SPANTOP", "SUBPAGE, BANGOU, BAN, DATA"},
-      {"SPANTANJOIL", "SUBPAGE, BANGOU, BAN, DATA"},
-      {"TOORIMEI", "TOORI, KASYO"},
-  }};
-  for (I16 page = kTemplates; page < pages; ++page)
-    for (const Table& table : kTables) {
-      const std::string fields(table.fields);
-      db.Execute("INSERT INTO " + std::string(table.name) + " (PAGE, " + fields + ") SELECT " +
-                     vb::StrTrimmed(page) + ", " + fields + " FROM " + std::string(table.name) +
-                     " WHERE PAGE = " + vb::StrTrimmed(static_cast<I16>(page % kTemplates)) + " ;",
-                 128);
-    }
 }
 
 }  // namespace seluvorne::sample

@@ -52,13 +52,25 @@ void clsSeluVorneDataService::Create_SeluVornMDB_FullPath(const std::string& Fil
 // ---- Opening -----------------------------------------------------------------
 
 void clsSeluVorneDataService::UpgradeTables(std::shared_ptr<dao::Database>& db, Upgrade steps) {
+  AddLateTable(db, LateTable::kSpanTop);
+  if (steps >= Upgrade::kSpanTopAndJoint) AddLateTable(db, LateTable::kSpanTanJoil);
+  if (steps >= Upgrade::kAll) AddLateTable(db, LateTable::kStpJougeGensun);
+}
+
+void clsSeluVorneDataService::AddLateTable(std::shared_ptr<dao::Database>& db, LateTable table) {
   clsHariSWDS& store = SwitchStore();
   vb::Variant handle(db);  // the checks take the handle by reference and may replace it
-  if (!store.IsTopTblExist(handle)) store.CreateTopTbl(handle);
-  if (steps >= Upgrade::kSpanTopAndJoint && !store.IsTanbuJointLTblExist(handle))
-    store.CreateTanbuJointLTbl(handle);
-  if (steps >= Upgrade::kAll && !store.IsStpJougeGensunTblExist(handle))
-    store.CreateStpJougeGensunTbl(handle);
+  switch (table) {
+    case LateTable::kSpanTop:
+      if (!store.IsTopTblExist(handle)) store.CreateTopTbl(handle);
+      break;
+    case LateTable::kSpanTanJoil:
+      if (!store.IsTanbuJointLTblExist(handle)) store.CreateTanbuJointLTbl(handle);
+      break;
+    case LateTable::kStpJougeGensun:
+      if (!store.IsStpJougeGensunTblExist(handle)) store.CreateStpJougeGensunTbl(handle);
+      break;
+  }
   db = vb::FromVariant<std::shared_ptr<dao::Database>>(handle);
 }
 
@@ -96,6 +108,7 @@ bool clsSeluVorneDataService::OpenDB_Sitei(std::int16_t Mode) {
     KutaiDb.reset();
     return false;
   }
+  copy_path_ = file;
   auto db = dao::DBEngine::Instance()->OpenDatabase(file);
   UpgradeTables(db, Upgrade::kSpanTop);
   KutaiDb = std::move(db);

@@ -143,7 +143,32 @@ const MemberTable<clsSeluVorneDataService>& clsSeluVorneDataService::Members() {
           .method("GetSpanRituHidariVARNHOLT", &C::GetSpanRituHidariVARNHOLT)
           .method("GetSpanRituMigiVARNHOLT", &C::GetSpanRituMigiVARNHOLT)
           .method("isTopX", &C::isTopX)
-          .method("isHasiKobari", &C::isHasiKobari);
+          .method("isHasiKobari", &C::isHasiKobari)
+          // Page writers
+          .method("Write_KutaiData", &C::Write_KutaiData)
+          .method("Write_Hanti", &C::Write_Hanti)
+          .method("Write_StpGensun", &C::Write_StpGensun)
+          .method("Write_StpJougeGensun", &C::Write_StpJougeGensun)
+          .method("Write_Rsitei", &C::Write_Rsitei)
+          .method("Write_Henkaten", &C::Write_Henkaten)
+          .method("Write_Top", &C::Write_Top)
+          .method("Write_TanbuJointL", &C::Write_TanbuJointL)
+          .method("Write_AnkaNige", &C::Write_AnkaNige)
+          .method("Write_TooriMei", &C::Write_TooriMei)
+          .method("Write_AnkaNigeData", &C::Write_AnkaNigeData)
+          .method("Write_SitakinAnkaSetudan", &C::Write_SitakinAnkaSetudan)
+          // Page buffers
+          .method("ReadDB", &C::ReadDB)
+          .method("WriteDB", &C::WriteDB)
+          .method("SeluVorne_Del_DBTBL", &C::SeluVorne_Del_DBTBL)
+          .method("wBuf_Clear", &C::wBuf_Clear)
+          // Page copy between floors
+          .method("No_PageCopyNo", &C::No_PageCopyNo)
+          .method("No_PageCopyAddNo", &C::No_PageCopyAddNo)
+          .method("No_Copy1Page", &C::No_Copy1Page)
+          .method("Copy_OpenDB", &C::Copy_OpenDB)
+          // The floor's pages and names
+          .method("No_GetAllPageNoName", &C::No_GetAllPageNoName);
   return table;
 }
 

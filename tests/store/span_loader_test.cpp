@@ -12,6 +12,7 @@
 #include "error_matchers.h"
 #include "floor_test.h"
 #include "seluvorne/call_by_name.h"
+#include "seluvorne/page_rows.h"
 #include "seluvorne/runtime.h"
 #include "seluvorne/sample_pages.h"
 #include "seluvorne/seluvorne_data_service.h"
@@ -20,15 +21,41 @@
 namespace {
 
 using namespace seluvorne;
-using sample::Row;
 using I16 = std::int16_t;
+
+// A row of a page table, in any layout: BAN -1 for the tables without it;
+// TOORIMEI rows carry TOORI in `data`.
+struct Row {
+  std::string_view table;
+  I16 subpage, bangou, ban;
+  std::string data;
+};
 using Rows = std::vector<Row>;
 
+void AddRows(dao::Database& db, I16 page, const Rows& rows) {
+  static constexpr std::string_view kNames[] = {"PAGE", "TOORI", "KASYO"};
+  static constexpr std::string_view kKeys[] = {"PAGE", "SUBPAGE", "BANGOU", "DATA"};
+  static constexpr std::string_view kKeysWithBan[] = {"PAGE", "SUBPAGE", "BANGOU", "BAN", "DATA"};
+  for (const Row& row : rows) {
+    const vb::Variant data(row.data);
+    if (row.table == "TOORIMEI") {
+      frame::RowAppender(db, row.table, kNames)
+          .Add(std::vector<vb::Variant>{page, data, std::string()});
+    } else if (row.ban == -1 && row.table != "ANKANIGE") {
+      frame::RowAppender(db, row.table, kKeys)
+          .Add(std::vector<vb::Variant>{page, row.subpage, row.bangou, data});
+    } else {
+      frame::RowAppender(db, row.table, kKeysWithBan)
+          .Add(std::vector<vb::Variant>{page, row.subpage, row.bangou, row.ban, data});
+    }
+  }
+}
+
 Row Kutai(I16 s, I16 b, std::string data) {
-  return Row{"KUTAIDATA", s, b, -1, std::move(data), {}};
+  return Row{"KUTAIDATA", s, b, -1, std::move(data)};
 }
 Row In(std::string_view table, I16 s, I16 b, I16 ban, std::string data) {
-  return Row{table, s, b, ban, std::move(data), {}};
+  return Row{table, s, b, ban, std::move(data)};
 }
 
 // Two spans, 6000 and 5000, on 400-wide columns: clear spans 5600 and 4600.
@@ -57,7 +84,7 @@ class SpanLoaderTest : public seluvorne::testing::FloorTest {
     service->SetCurrKai(folder);
   }
 
-  void Write(I16 page, const Rows& rows) { sample::AddRows(*service->KutaiDb, page, rows); }
+  void Write(I16 page, const Rows& rows) { AddRows(*service->KutaiDb, page, rows); }
 
   template <class... A>
   vb::Variant Ask(std::string_view member, const A&... args) {
@@ -335,6 +362,40 @@ TEST_F(SpanLoaderTest, LoadOpensTheCurrentFloorWhenNoneIsSet) {
   EXPECT_EQ(fresh->InitKutaiData(0), 2);
   EXPECT_EQ(fresh->CurrKai(), folder);
   EXPECT_RAISES(clsSeluVorneDataService().SetSpanSunpou(0), 91);  // no floor open
+}
+
+// A page written by the page writers loads back as written: the span frame,
+// every span-top slot (BAN 0..7 as the writer leaves them) and the anchorage.
+TEST_F(SpanLoaderTest, APageWrittenByTheWritersLoadsBack) {
+  sample::PageTexts texts = sample::TypicalPage(7);
+  service->WriteOpen(folder);
+  sample::WritePage(*service, 7, texts);
+  ASSERT_EQ(Load(7), 6);
+  for (I16 span = 0; span <= 6; ++span) {
+    EXPECT_EQ(Model().GetSpanTyou(span), vb::CSng(vb::Val(texts.kutai_data(4 * span + 3, 0))));
+    EXPECT_EQ(Model().GetHasiraHabaHidari(span),
+              vb::CSng(vb::Val(texts.kutai_data(4 * span + 1, 0))));
+  }
+  EXPECT_EQ(Model().HariMei(1), vb::Trim(texts.kutai_data(85, 0)));
+  const int r_of_slot[2][2][2] = {{{0, 2}, {4, 4}}, {{1, 3}, {5, 7}}};  // [kihon][tanbu][sitan]
+  for (I16 span = 0; span < 20; ++span) {
+    const vb::Array<std::string> values = vb::Split(vb::Trim(texts.top(span, 0)), ",");
+    for (I16 k = 0; k < 2; ++k)
+      for (I16 t = 0; t < 2; ++t)
+        for (I16 s = 0; s < 2; ++s)
+          for (I16 u = 0; u < 2; ++u)
+            EXPECT_EQ(Model().GetSpanTop(span, k, t, s, u), values(8 + 8 * u + r_of_slot[k][t][s]))
+                << span << k << t << s << u;
+  }
+  for (I16 face = 0; face < 4; ++face)
+    for (I16 group = 0; group < 5; ++group) {
+      const vb::Array<std::string> e = vb::Split(vb::Trim(texts.anchorage(group, face, 0)), ",");
+      for (I16 m = 0; m <= 20; ++m) {
+        const std::string expected = m < 12 || e(20) == "1" ? e(m) : "0";
+        EXPECT_EQ(Model().AnkaNigeData(face / 2, face % 2, group * 50 + m), expected)
+            << face << " " << group << " " << m;
+      }
+    }
 }
 
 // ---- By name -----------------------------------------------------------------

@@ -1,0 +1,265 @@
+// Page copy between floors: every store's rows of a page arriving on another
+// floor with the through-bar value, the collaborators called in order, the
+// check alone, the destination pages after the last one, and the floor
+// directory the copy reads first.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "error_matchers.h"
+#include "page_test.h"
+#include "seluvorne/frame.h"
+#include "seluvorne/sample_pages.h"
+
+namespace {
+
+using namespace seluvorne;
+using seluvorne::testing::kPageTables;
+using seluvorne::testing::PageTest;
+using seluvorne::testing::RowsOf;
+using ::testing::ElementsAre;
+using ::testing::ElementsAreArray;
+using ::testing::IsEmpty;
+using Pages = vb::Array<std::int16_t>;
+
+Pages PageList(std::initializer_list<std::int16_t> pages) {
+  Pages list({static_cast<std::int32_t>(pages.size()) - 1});
+  std::int32_t i = 0;
+  for (std::int16_t page : pages)
+    list(i++) = page;
+  return list;
+}
+
+// Floor 1-2-3 (the fixture's) is the source: typical pages 0 to 2, a
+// build-out and a switch row on page 2. Floor 4-5-6 is the destination.
+class PageCopyTest : public PageTest {
+ protected:
+  void SetUp() override {
+    PageTest::SetUp();
+    sample::WriteFloor(*service, folder, 3);
+    service->WriteOpenDb->Close();
+    service->WriteOpenDb.reset();
+
+    clsHariFukasiDS build_outs;
+    build_outs.WriteDB_Open(folder);
+    build_outs.SetPage(2);
+    build_outs.SetSpan(1);
+    build_outs.SetIti(build_outs.ItiNoUe());
+    build_outs.SetSyurui(0);
+    build_outs.SetKigou("F1");
+    build_outs.CloseDB();
+
+    const std::string switches = folder + "\\" + std::string(clsHariSWDS::kFileName);
+    clsHariSWDS().Create_SwMDB_TBL(switches);
+    auto db = dao::DBEngine::Instance()->OpenDatabase(switches);
+    auto rows = db->OpenRecordset("SELUVORNESW");
+    rows->AddNew();
+    for (auto [field, value] : {std::pair<const char*, vb::Variant>{"PAGE", std::int16_t{2}},
+                                {"SPAN", std::int16_t{1}},
+                                {"DATAKIND", std::int16_t{3}},
+                                {"DATA", std::string("on")}})
+      rows->SetValue(field, value);
+    rows->Update();
+    db->Close();
+
+    destination = MakeFloorFolder(4, 5, 6);
+    fakes.Answer(frame::ThroughBars::kProgId, "SetPathGetHikiToosiSW", vb::Variant(true));
+    progress = fakes::MakeFakeObject(fakes, "Progress");
+    service->SetCopyMergeBar(progress);
+    fakes.ClearLog();
+  }
+
+  bool CopyNo(std::int16_t mode, std::int16_t with_sekouzu, Pages from, Pages to) {
+    return service->No_PageCopyNo(mode, with_sekouzu, message, 1, 2, 3, from,
+                                  vb::CInt(from.UBound()), 4, 5, 6, to);
+  }
+
+  std::vector<std::string> CallsOf(std::initializer_list<std::string_view> ids) {
+    std::vector<std::string> calls;
+    for (const std::string& line : fakes.Log())
+      for (std::string_view id : ids)
+        if (line.starts_with(id)) calls.push_back(line);
+    return calls;
+  }
+
+  std::string destination, message = "before";
+  Object progress;
+};
+
+TEST_F(PageCopyTest, EveryStoresRowsOfThePagesArriveAndTheCollaboratorsAreCalledInOrder) {
+  EXPECT_TRUE(CopyNo(1, 1, PageList({0, 2}), PageList({4, 5})));
+  EXPECT_EQ(message, "");
+
+  clsSeluVorneDataService source, copy;
+  source.WriteOpen(folder);
+  copy.WriteOpen(destination);
+  for (auto [from, to] : {std::pair{0, 4}, {2, 5}}) {
+    for (const std::string& table : kPageTables)
+      EXPECT_EQ(RowsOf(*copy.WriteOpenDb, table, to), RowsOf(*source.WriteOpenDb, table, from))
+          << table;
+    EXPECT_EQ(RowsOf(*copy.WriteOpenDb, "TOORIMEI", to),
+              RowsOf(*source.WriteOpenDb, "TOORIMEI", from));
+  }
+  clsHariFukasiDS build_outs;
+  build_outs.WriteDB_Open(destination);
+  build_outs.SetPage(5);
+  build_outs.SetSpan(1);
+  build_outs.SetIti(build_outs.ItiNoUe());
+  build_outs.SetSyurui(0);
+  EXPECT_EQ(build_outs.Kigou(), "F1");
+  build_outs.CloseDB();
+  auto switches = dao::DBEngine::Instance()->OpenDatabase(destination + "\\SeluVorneSW.MDB");
+  auto row = switches->OpenRecordset("SELECT * FROM SELUVORNESW;");
+  EXPECT_EQ(vb::CInt(row->Value("PAGE")), 5);
+  EXPECT_EQ(vb::CStr(row->Value("DATA")), "on");
+  row->Close();
+  switches->Close();
+
+  const std::string from_bars = folder + "\\Hollenbar.Dat",
+                    to_bars = destination + "\\Hollenbar.Dat";
+  const std::string rebar = "ExtraBarStore.clsExtraBars#1 ";
+  auto bars = [&](int n, int from, int to) {
+    const std::string id = "ThroughBarStore.clsThroughBars#" + std::to_string(n) + " ";
+    return std::vector<std::string>{
+        id + "SetPathGetHikiToosiSW(\"" + from_bars + "\", " + std::to_string(from) + "%)",
+        id + "SetPathGetHikiToosiSW(\"" + to_bars + "\", " + std::to_string(from) + "%)",
+        id + "SetPathPutHikiToosiSW(\"" + to_bars + "\", " + std::to_string(to) + "%, True)"};
+  };
+  std::vector<std::string> expected = {
+      "Progress#1 put Min = 0%",
+      "Progress#1 put Max = 2%",
+      "Progress#1 put Value = 0%",
+      "Progress#1 put Min = 0%",
+      "Progress#1 put Max = 2%",
+      "Progress#1 put Value = 0%",
+      rebar + "put Buzai = \"SELU_VORNE\"",
+      rebar + "CopyPathPage_KaiSitei_Ini(\"" + folder + "\", {0%, 2%})",
+      "Progress#1 put Value = 1%"};
+  for (auto& line : bars(1, 0, 4))
+    expected.push_back(line);
+  expected.push_back(rebar + "CopyPathPage_KaiSitei(\"" + folder + "\", 0%, 0%, \"" + destination +
+                     "\", 4%)");
+  expected.push_back("BeamSolver.clsSolverRecords#2 Copy_CalcFile(1%, 2%, 3%, 0%, 4%, 5%, 6%, 4%)");
+  expected.push_back("Progress#1 put Value = 2%");
+  for (auto& line : bars(2, 2, 5))
+    expected.push_back(line);
+  expected.push_back(rebar + "CopyPathPage_KaiSitei(\"" + folder + "\", 2%, 1%, \"" + destination +
+                     "\", 5%)");
+  expected.push_back("BeamSolver.clsSolverRecords#3 Copy_CalcFile(1%, 2%, 3%, 2%, 4%, 5%, 6%, 5%)");
+  for (const std::string& line :
+       {rebar + "put Buzai = \"FSEL_VORNE\"",
+        rebar + "CopyPathPage_KaiSitei_Ini(\"" + folder + "\", {0%, 2%})",
+        std::string("Progress#1 put Value = 0%"),
+        rebar + "CopyPathPage_KaiSitei(\"" + folder + "\", 0%, 0%, \"" + destination + "\", 4%)",
+        std::string("Progress#1 put Value = 1%"),
+        rebar + "CopyPathPage_KaiSitei(\"" + folder + "\", 2%, 1%, \"" + destination + "\", 5%)"})
+    expected.push_back(line);
+  EXPECT_THAT(CallsOf({"Progress", "ExtraBarStore", "BeamSolver", "ThroughBarStore"}),
+              ElementsAreArray(expected));
+  EXPECT_EQ(fakes.Created("BeamSolver.clsSolverRecords"), 3);  // one per page, one before
+}
+
+TEST_F(PageCopyTest, WithoutDrawingsOnlyTheFirstRebarPassIsPrepared) {
+  EXPECT_TRUE(CopyNo(1, 0, PageList({1}), PageList({0})));
+  EXPECT_THAT(CallsOf({"ExtraBarStore", "BeamSolver"}),
+              ElementsAre("ExtraBarStore.clsExtraBars#1 put Buzai = \"SELU_VORNE\"",
+                          "ExtraBarStore.clsExtraBars#1 CopyPathPage_KaiSitei_Ini(\"" + folder +
+                              "\", {1%})"));
+  clsSeluVorneDataService copy;
+  copy.WriteOpen(destination);
+  EXPECT_EQ(RowsOf(*copy.WriteOpenDb, "HANTI", 0).size(), 400u);
+}
+
+struct CheckCase {
+  const char* name;
+  bool add;                                     // No_PageCopyAddNo
+  std::vector<std::int16_t> destination_pages;  // pages the destination has
+  std::vector<std::int16_t> from;
+  std::vector<std::int16_t> to;  // No_PageCopyNo's destination list
+  bool result;
+  const char* message;
+};
+
+std::ostream& operator<<(std::ostream& out, const CheckCase& c) {
+  return out << c.name;
+}
+
+class CopyCheck : public PageCopyTest, public ::testing::WithParamInterface<CheckCase> {};
+
+// Mode 0 only checks: the destination floor stays without a file or as it was.
+TEST_P(CopyCheck, AnswersTheCheckAndCopiesNothing) {
+  const CheckCase& c = GetParam();
+  if (!c.destination_pages.empty()) {
+    fakes.Answer(frame::Presets::kProgId, "GetHariDefault", std::string("1"));
+    frame::LoadPageMax();  // pages up to 499
+    clsSeluVorneDataService writer;
+    writer.WriteOpen(destination);
+    for (std::int16_t page : c.destination_pages)
+      writer.Write_TooriMei(page, "Y", "1");
+  }
+  Pages from({static_cast<std::int32_t>(c.from.size()) - 1}), to({0});
+  for (std::size_t i = 0; i < c.from.size(); ++i)
+    from(static_cast<std::int32_t>(i)) = c.from[i];
+  for (std::size_t i = 0; i < c.to.size(); ++i) {
+    to.ReDimPreserve({static_cast<std::int32_t>(i)});
+    to(static_cast<std::int32_t>(i)) = c.to[i];
+  }
+  const bool result = c.add ? service->No_PageCopyAddNo(0, 1, message, 1, 2, 3, from,
+                                                        vb::CInt(from.UBound()), 4, 5, 6)
+                            : CopyNo(0, 1, from, to);
+  EXPECT_EQ(result, c.result);
+  EXPECT_EQ(message, c.message);
+  EXPECT_EQ(std::filesystem::exists(Native(destination + "\\SELUVORN.mdb")),
+            !c.destination_pages.empty());
+  EXPECT_THAT(CallsOf({"ExtraBarStore.clsExtraBars#1 put", "ThroughBarStore"}), IsEmpty());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Pages, CopyCheck,
+    ::testing::Values(
+        CheckCase{"AllSmall", false, {}, {0, 2, 499}, {0, 1, 2}, true, ""},
+        CheckCase{"Source500", false, {}, {0, 500}, {0, 1}, false, "ページの最大数を超えます。"},
+        CheckCase{"AddOntoEmpty", true, {}, {0, 1}, {}, true, ""},
+        CheckCase{"AddAfter497", true, {0, 3, 497}, {0, 1}, {}, true, ""},
+        CheckCase{"AddTo500", true, {0, 497}, {0, 1, 2}, {}, false, ""}));
+
+TEST_F(PageCopyTest, AddNoWritesAfterTheLastPageWithoutFillingGaps) {
+  clsSeluVorneDataService writer;
+  writer.WriteOpen(destination);
+  for (std::int16_t page : {0, 3, 7})
+    writer.Write_TooriMei(page, "Y", "1");
+  writer.WriteOpenDb->Close();
+  Pages from = PageList({2, 1});
+  EXPECT_TRUE(service->No_PageCopyAddNo(1, 0, message, 1, 2, 3, from, 1, 4, 5, 6));
+  vb::Array<std::int16_t> pages;
+  vb::Array<std::string> names;
+  ASSERT_EQ(service->No_GetAllPageNoName(4, 5, 6, pages, names), 4);
+  std::vector<std::int16_t> listed;
+  for (std::int32_t i = 0; i <= pages.UBound(); ++i)
+    listed.push_back(pages(i));
+  EXPECT_THAT(listed, ElementsAre(0, 3, 7, 8, 9));
+  EXPECT_EQ(names(3), sample::TypicalPage(2).grid_line);
+}
+
+TEST_F(PageCopyTest, WithoutAProgressObjectTheCopyRaises91BeforeAnyPage) {
+  clsSeluVorneDataService bare;
+  std::string text;
+  Pages from = PageList({0}), to = PageList({0});
+  EXPECT_RAISES(bare.No_PageCopyNo(1, 0, text, 1, 2, 3, from, 0, 4, 5, 6, to), errc::kObjectNotSet);
+  EXPECT_FALSE(std::filesystem::exists(Native(destination + "\\SELUVORN.mdb")));
+}
+
+TEST_F(PageCopyTest, TheDirectoryOfAFloorWithoutAFileIsEmptyAndNothingIsCreated) {
+  vb::Array<std::int16_t> pages;
+  vb::Array<std::string> names;
+  EXPECT_EQ(service->No_GetAllPageNoName(4, 5, 6, pages, names), -1);
+  EXPECT_EQ(service->CurZeneNo, -1);
+  EXPECT_FALSE(std::filesystem::exists(Native(destination + "\\SELUVORN.mdb")));
+  EXPECT_EQ(service->No_GetAllPageNoName(1, 2, 3, pages, names), 2);
+  EXPECT_EQ(names(1), sample::TypicalPage(1).grid_line);
+  fakes.ClearLog();
+  EXPECT_EQ(service->No_GetAllPageNoName(1, 2, 3, pages, names), 2);  // kept open
+  EXPECT_THAT(fakes.Log(), IsEmpty());
+}
+
+}  // namespace
