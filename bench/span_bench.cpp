@@ -102,7 +102,7 @@ void BM_ReadPageRaw(benchmark::State& state) {
         int keys = 0;
         for (int c = 0; c < columns; ++c) {
           SQLite::Column column = select.getColumn(c);
-          if (column.getType() == SQLITE_INTEGER)
+          if (column.isInteger())
             keys += column.getInt();
           else
             texts.emplace_back(column.getString());
