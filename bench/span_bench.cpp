@@ -130,9 +130,10 @@ struct Loaded {
 
 const Loaded& ThePage() {
   static const Loaded loaded = [] {
+    const Floor& floor = TheFloor();  // registers the components first
     Loaded l;
     l.service = std::make_shared<clsSeluVorneDataService>();
-    l.service->SetCurrKai(TheFloor().folder);
+    l.service->SetCurrKai(floor.folder);
     l.service->InitKutaiData(kMiddlePage);
     l.list = CreateObject("BeamRoster.clsRoster");
     const SpanModel& m = l.service->SpanGeometry();
