@@ -41,7 +41,19 @@ const MemberTable<clsSeluVorneDataService>& clsSeluVorneDataService::Members() {
           .method("OpenDB_Sitei_Copy", &C::OpenDB_Sitei_Copy)
           .method("CloseDB", &C::CloseDB)
           .method("DeleteMdbByPath", &C::DeleteMdbByPath)
-          .method("DeleteAllDataDB", &C::DeleteAllDataDB);
+          .method("DeleteAllDataDB", &C::DeleteAllDataDB)
+          // The page directory and the beam selection
+          .get("AllPages2", &C::AllPages2)
+          .get("AllPages", &C::AllPages)
+          .method("GetAllPages", &C::GetAllPages)
+          .method("GetKindByPage", &C::GetKindByPage)
+          .method("GetKind2ByPage", &C::GetKind2ByPage)
+          .method("GetToorimeiByPage", &C::GetToorimeiByPage)
+          .method("GetKasyosuuByPage", &C::GetKasyosuuByPage)
+          .get("SelectedSeluVorneNo", &C::SelectedSeluVorneNo)
+          .get("SelectedSeluVorneNoByDim", &C::SelectedSeluVorneNoByDim)
+          .put("ToMenuButtonMei", &C::SetToMenuButtonMei)
+          .method("No_IsThereHari", &C::No_IsThereHari);
   return table;
 }
 
