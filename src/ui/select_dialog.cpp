@@ -352,11 +352,13 @@ void frmSelect::ViewerEnded(std::int16_t status, const std::string& chosen) {
 
 // ---- Helpers -----------------------------------------------------------------------
 
+// The packed list of the selected items: the page number each item begins
+// with, right-aligned in three characters, written as three digits.
 std::string frmSelect::SelectedPages() const {
   std::string pages = "*";
   for (int i = 0; i < lstDlist->count(); ++i)
     if (lstDlist->item(i)->isSelected())
-      pages += vb::Left(lstDlist->item(i)->text().toStdString(), 3);
+      pages += vb::Format(vb::Val(vb::Left(lstDlist->item(i)->text().toStdString(), 3)), "000");
   return pages;
 }
 

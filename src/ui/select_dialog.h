@@ -1,8 +1,8 @@
 // frmSelect: the modal list in which the user picks one beam or several of
 // the current floor. The page directory fills lstDlist ("  1: X1" per page),
 // chooses the mode, hands over the two remembered values and shows it; the
-// dialog answers a packed page list ("*" and the first three characters of
-// every selected item, in list order) or "ToMenu".
+// dialog answers a packed page list ("*" and the page number each selected
+// item begins with, as three digits, in list order: "*003010") or "ToMenu".
 //
 //   multi-select   cmdAll(0) selects all (F7), cmdAll(1) clears (F8), cmdEnd
 //                  confirms (F11), cmdToMenu goes back (F12)
