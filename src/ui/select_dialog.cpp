@@ -87,7 +87,7 @@ frmSelect::frmSelect(std::function<void(std::int16_t)> follow)
   setObjectName("frmSelect");
   setWindowTitle(QString::fromUtf8("梁の選択"));
   setFont(JapaneseFont(QString::fromUtf8("ＭＳ Ｐゴシック"), 10));
-  setFixedSize(364, 520);
+  setFixedSize(364, 494);
 
   Label1->setObjectName("Label1");
   Label1->setGeometry(12, 8, 340, 20);
