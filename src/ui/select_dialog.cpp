@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
+#include <utility>
 
 #include "seluvorne/display.h"
 #include "seluvorne/message_box.h"
@@ -70,6 +71,16 @@ QLabel* MakeFunctionLabel(const char* caption, QWidget* parent, int left) {
 
 }  // namespace
 
+template <class Action>
+void frmSelect::Guarded(Action&& action) {
+  try {
+    action();
+  } catch (...) {
+    if (!pending_error_) pending_error_ = std::current_exception();
+    reject();
+  }
+}
+
 frmSelect::frmSelect(std::function<void(std::int16_t)> follow)
     : lstDlist(new QListWidget(this)),
       fraCmd(new QFrame(this)),
@@ -111,7 +122,7 @@ frmSelect::frmSelect(std::function<void(std::int16_t)> follow)
   connect(cmdToMenu, &QPushButton::clicked, this, [this] { cmdToMenu_Click(); });
   connect(lstDlist, &QListWidget::itemClicked, this, [this] { lstDlist_Click(); });
   connect(chkKakuninzu, &QCheckBox::stateChanged, this, [this](int state) {
-    if (state == Qt::Checked) ConfirmationDrawing();
+    if (state == Qt::Checked) Guarded([this] { ConfirmationDrawing(); });
   });
   for (QWidget* control : {static_cast<QWidget*>(lstDlist), static_cast<QWidget*>(cmdAll[0]),
                            static_cast<QWidget*>(cmdAll[1]), static_cast<QWidget*>(cmdEnd),
@@ -170,7 +181,10 @@ void frmSelect::SetEnableKakuninzu(std::int16_t value) {
 
 void frmSelect::ShowModal() {
   setModal(true);
+  pending_error_ = nullptr;
   exec();
+  if (std::exception_ptr error = std::exchange(pending_error_, nullptr))
+    std::rethrow_exception(error);
 }
 
 // ---- What the controls do --------------------------------------------------------
@@ -234,10 +248,12 @@ void frmSelect::chkKakuninzu_KeyDown(int key_code) {
 bool frmSelect::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::KeyPress) {
     const int key_code = RuntimeKeyCode(static_cast<const QKeyEvent&>(*event));
-    if (watched == chkKakuninzu)
-      chkKakuninzu_KeyDown(key_code);
-    else
-      FunctionKey(key_code);
+    Guarded([&] {
+      if (watched == chkKakuninzu)
+        chkKakuninzu_KeyDown(key_code);
+      else
+        FunctionKey(key_code);
+    });
   }
   return QDialog::eventFilter(watched, event);
 }
@@ -246,10 +262,12 @@ bool frmSelect::eventFilter(QObject* watched, QEvent* event) {
 // minimised, the dialog goes off the screen with it.
 bool frmSelect::event(QEvent* event) {
   if (event->type() == QEvent::WindowActivate) {
-    const auto navigator = frame::StepGuide::Create();
-    const bool all_calc = navigator.isAllCalc();
-    const bool minimized = vb::CBool(navigator.GetAllCalcWindowStateLastVal_isMinimized());
-    if (all_calc && minimized) Place(0);
+    Guarded([this] {
+      const auto navigator = frame::StepGuide::Create();
+      const bool all_calc = navigator.isAllCalc();
+      const bool minimized = vb::CBool(navigator.GetAllCalcWindowStateLastVal_isMinimized());
+      if (all_calc && minimized) Place(0);
+    });
   }
   return QDialog::event(event);
 }

@@ -24,6 +24,7 @@
 #include <QDialog>
 #include <array>
 #include <cstdint>
+#include <exception>
 #include <functional>
 #include <string>
 
@@ -72,6 +73,8 @@ class frmSelect : public QDialog, public frame::SelectDialog {
   void SetEnableKakuninzu(std::int16_t value) override;
   std::int16_t chkKakuninzuChecked() const override { return kakuninzu_checked_; }
   void SetChkKakuninzuChecked(std::int16_t value) override { kakuninzu_checked_ = value; }
+  // Shows the dialog modally and returns when it has closed. An error raised
+  // while it showed (a failing outside component) closes it and is raised here.
   void ShowModal() override;
   std::string Result() const override { return result_; }
 
@@ -97,6 +100,10 @@ class frmSelect : public QDialog, public frame::SelectDialog {
   bool event(QEvent* event) override;
 
  private:
+  // Runs what a control's event does. Errors must not cross Qt's event loop:
+  // one is kept, the dialog closes, and ShowModal raises it.
+  template <class Action>
+  void Guarded(Action&& action);
   // Places the dialog (setProperty non-zero) or moves it off the screen, then
   // lets window messages run and frmKakunin follow.
   void Place(std::int16_t setProperty);
@@ -122,6 +129,7 @@ class frmSelect : public QDialog, public frame::SelectDialog {
   std::string typed_keys_;
   bool debug_mode_ = false;
   std::int16_t viewer_status_ = 0;
+  std::exception_ptr pending_error_;
   Object object_;
 };
 

@@ -19,6 +19,7 @@
 #include <filesystem>
 #include <functional>
 
+#include "error_matchers.h"
 #include "fake_components.h"
 #include "seluvorne/frame.h"
 #include "seluvorne/message_box.h"
@@ -294,6 +295,18 @@ TEST_F(ConfirmationDrawingTest, TheEnvironmentMessagesStopBeforeTheViewer) {
     forms.UnloadSelect();
   }
   EXPECT_EQ(fakes.Created(frame::Launch::kProgId), 0);
+}
+
+// A failing viewer closes the dialog; its error reaches the caller of the window.
+TEST_F(ConfirmationDrawingTest, AFailingComponentIsRaisedToTheCallerOfTheWindow) {
+  DrawingPossible(1);
+  fakes.Answer(frame::Launch::kProgId, "start", [](std::span<Variant>) -> Variant {
+    Raise(errc::kCannotCreateObject, "(the viewer)");
+  });
+  frmSelect& dialog = Filled(true);
+  QTimer::singleShot(0, [&] { dialog.chkKakuninzu->click(); });
+  EXPECT_RAISES(dialog.ShowModal(), errc::kCannotCreateObject);
+  EXPECT_FALSE(dialog.isVisible());
 }
 
 // ---- Placement ---------------------------------------------------------------------------
