@@ -37,12 +37,37 @@ inline constexpr std::int16_t kLargePageMax = 499;
 inline constexpr std::int16_t kSmallPageMax = 159;
 inline constexpr std::string_view kPageMaxPreset = "KutaiMaxPage";
 
+// frmSelect, the modal beam selection list, as the page directory drives it:
+// fill the list, choose the mode, hand the two remembered values over, show,
+// read them and the result back.
+class SelectDialog {
+ public:
+  virtual ~SelectDialog() = default;
+  virtual void ClearList() = 0;                       // lstDlist
+  virtual void AddItem(const std::string& item) = 0;  // lstDlist, at the end
+  // The Visible of cmdAll(0), cmdAll(1), cmdEnd, lblFukusuu and lblFuncKey(0..3).
+  virtual void SetMultiSelect(bool multi) = 0;
+  virtual void SetToMenuCaption(const std::string& caption) = 0;  // cmdToMenu
+  virtual std::int16_t EnableKakuninzu() const = 0;
+  virtual void SetEnableKakuninzu(std::int16_t value) = 0;
+  virtual std::int16_t chkKakuninzuChecked() const = 0;
+  virtual void SetChkKakuninzuChecked(std::int16_t value) = 0;
+  // Shows the dialog modally; returns when it has closed.
+  virtual void ShowModal() = 0;
+  // What the dialog answered: a packed page list, "ToMenu", or "" before any.
+  virtual std::string Result() const = 0;
+};
+
 // The library's windows, as the frame and the stores reach them. The ui layer
 // implements this and the library installs it in gForms at start-up, so the
 // frame and the stores build and run without a display.
 class Forms {
  public:
   virtual ~Forms() = default;
+  // The single frmSelect, loaded now when it is not.
+  virtual SelectDialog& Select() = 0;
+  // Unloads frmSelect when it is loaded.
+  virtual void UnloadSelect() = 0;
   // Shows frmKakunin modeless, loading its single instance when needed, with
   // `caption` in its label lblKakunin.
   virtual void ShowKakunin(const std::string& caption) = 0;
@@ -103,5 +128,8 @@ void ShowCalcTargetMessage(std::int16_t isOobari);
 
 // Lets pending window messages run; nothing without a display layer.
 void DoEvents();
+
+// The installed window layer; 429 when there is none.
+Forms& InstalledForms();
 
 }  // namespace seluvorne::frame

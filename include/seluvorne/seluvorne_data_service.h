@@ -26,6 +26,7 @@
 
 #include "seluvorne/collaborators.h"
 #include "seluvorne/dao.h"
+#include "seluvorne/frame.h"
 #include "seluvorne/hari_fukasi_ds.h"
 #include "seluvorne/hari_sw_ds.h"
 #include "seluvorne/hiki_copy_ds.h"
@@ -293,6 +294,47 @@ class clsSeluVorneDataService : public DispatchImpl<clsSeluVorneDataService> {
   std::int16_t No_GetAllPageNoName(std::int16_t ZeneNo, std::int16_t KoujiNo, std::int16_t KaiNo,
                                    vb::Array<std::int16_t>& rPageNo,
                                    vb::Array<std::string>& rPageName);
+  // ---- The page directory and the beam selection ------------------------------
+  //
+  // The directory is the table TOORIMEI (one row per page: PAGE, TOORI, KASYO);
+  // a page's kind is the DATA of its KUTAIDATA row SUBPAGE 0, BANGOU 81, as the
+  // roster's Kind reads it. Pages are 0-based in the file and 1-based for the
+  // user: a packed page list is "*" followed by each page + 1 as three digits
+  // ("*001010123"). The current-floor members open the floor-path service's
+  // CurrFloor into KutaiDb through OpenSeluVorne and leave it open; a stored
+  // page of 32767 overflows the + 1 (6).
+
+  // Every page of the current floor, packed; "NoFile" when it cannot be opened.
+  std::string AllPages2();
+  // The pages whose kind code (GetKindByPage) is the member kind's: 1 when the
+  // floor-path service's BuzaiNo is 5 or 6, else 0. Asks the kind once per page.
+  std::string AllPages();
+  // Fills PageNo(0..n) with the stored page numbers of the floor at `sPath`
+  // and answers n, the page count - 1; -1 for none.
+  std::int16_t GetAllPages(const std::string& sPath, vb::Array<std::int16_t>& PageNo);
+  // The roster's Kind of the page's kind text, 2 read as 0 and 3 as 1, others
+  // as they are. On a floor without kind rows: 0, and `Page` becomes -99.
+  std::int16_t GetKindByPage(std::int16_t& Page);
+  // 1 when the roster's Kind is 2 or 3, else 0; -99 in `Page` as above.
+  std::int16_t GetKind2ByPage(std::int16_t& Page);
+  // The page's grid-line name and location count, trimmed; "" without the row.
+  std::string GetToorimeiByPage(std::int16_t Page);
+  std::string GetKasyosuuByPage(std::int16_t Page);
+  // Lets the user choose beams of the member kind in frmSelect, several when
+  // FukusuuSentakuSW > 0, and answers the packed list of the chosen pages or
+  // "ToMenu". Without showing the dialog: "NoFile", "" for an empty directory,
+  // "*" for a floor without kind rows.
+  std::string SelectedSeluVorneNo(std::int16_t FukusuuSentakuSW);
+  // The same over every page, answered as KutaiNo(0..n-1) (0-based pages) and
+  // the count n; ZenToorisuu is the number of pages listed.
+  std::int16_t SelectedSeluVorneNoByDim(std::int16_t FukusuuSentakuSW,
+                                        vb::Array<std::int16_t>& KutaiNo,
+                                        std::int16_t& ZenToorisuu);
+  // The caption of frmSelect's return-to-menu button (loads the dialog).
+  void SetToMenuButtonMei(const std::string& caption);
+  // Whether the floor of these numbers has a floor file with at least one
+  // page of a non-blank grid-line name. Opens and closes the file itself.
+  bool No_IsThereHari(std::int16_t ZeneNo, std::int16_t KoujiNo, std::int16_t KaiNo);
 
  private:
   // How many of the tables older floor files lack an opener adds, always in
@@ -321,6 +363,11 @@ class clsSeluVorneDataService : public DispatchImpl<clsSeluVorneDataService> {
   PageBuffers buffers_;
   clsHikiCopyDS& ThroughBarCopier();  // made on first use
   std::shared_ptr<clsHikiCopyDS> through_bar_copier_;
+  // The directory's shared steps.
+  bool OpenCurrentFloor();
+  std::int16_t KindCode(std::int16_t& page, bool either_beam);
+  std::string PageField(std::int16_t page, std::string_view field);
+  std::string ShowSelection(frame::SelectDialog& dialog);
 
   std::string curr_kai_;
   frame::BeamRoster roster_;

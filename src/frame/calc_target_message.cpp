@@ -4,15 +4,6 @@
 
 namespace seluvorne::frame {
 
-namespace {
-
-Forms& InstalledForms() {
-  if (!gForms) Raise(errc::kCannotCreateObject, "(frmKakunin: no display layer installed)");
-  return *gForms;
-}
-
-}  // namespace
-
 void ShowCalcTargetMessage(std::int16_t isOobari) {
   const bool girder = isOobari != 0;
   const bool build_out_only = gFukasiOnly != 0;
@@ -21,6 +12,11 @@ void ShowCalcTargetMessage(std::int16_t isOobari) {
           ? (build_out_only ? "大梁のフカシのみ計算されます" : "大梁の本体とフカシが計算されます")
           : (build_out_only ? "小梁のフカシのみ計算されます" : "小梁の本体とフカシが計算されます");
   InstalledForms().ShowKakunin(caption);
+}
+
+Forms& InstalledForms() {
+  if (!gForms) Raise(errc::kCannotCreateObject, "(no display layer installed)");
+  return *gForms;
 }
 
 void DoEvents() {

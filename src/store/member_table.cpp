@@ -168,7 +168,19 @@ const MemberTable<clsSeluVorneDataService>& clsSeluVorneDataService::Members() {
           .method("No_Copy1Page", &C::No_Copy1Page)
           .method("Copy_OpenDB", &C::Copy_OpenDB)
           // The floor's pages and names
-          .method("No_GetAllPageNoName", &C::No_GetAllPageNoName);
+          .method("No_GetAllPageNoName", &C::No_GetAllPageNoName)
+          // The page directory and the beam selection
+          .get("AllPages2", &C::AllPages2)
+          .get("AllPages", &C::AllPages)
+          .method("GetAllPages", &C::GetAllPages)
+          .method("GetKindByPage", &C::GetKindByPage)
+          .method("GetKind2ByPage", &C::GetKind2ByPage)
+          .method("GetToorimeiByPage", &C::GetToorimeiByPage)
+          .method("GetKasyosuuByPage", &C::GetKasyosuuByPage)
+          .get("SelectedSeluVorneNo", &C::SelectedSeluVorneNo)
+          .get("SelectedSeluVorneNoByDim", &C::SelectedSeluVorneNoByDim)
+          .put("ToMenuButtonMei", &C::SetToMenuButtonMei)
+          .method("No_IsThereHari", &C::No_IsThereHari);
   return table;
 }
 

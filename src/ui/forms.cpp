@@ -8,6 +8,22 @@
 
 namespace seluvorne::ui {
 
+frmSelect& QtForms::Select() {
+  if (!select_) {
+    EnsureApplication();
+    auto dialog = std::make_unique<frmSelect>([this](std::int16_t setProperty) {
+      if (kakunin_) kakunin_->FollowPlacement(setProperty);
+    });
+    dialog->Load();  // when it raises, the dialog is destroyed again
+    select_ = dialog.release();
+  }
+  return *select_;
+}
+
+void QtForms::UnloadSelect() {
+  delete select_.data();
+}
+
 void QtForms::ShowKakunin(const std::string& caption) {
   frmKakunin& form = Kakunin();
   form.show();

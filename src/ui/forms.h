@@ -5,11 +5,18 @@
 
 #include "seluvorne/frame.h"
 #include "ui/confirmation_form.h"
+#include "ui/select_dialog.h"
 
 namespace seluvorne::ui {
 
 class QtForms : public frame::Forms {
  public:
+  // The single frmSelect, loaded now when it is not; frmKakunin follows its
+  // placements.
+  frmSelect& Select() override;
+  void UnloadSelect() override;
+  frmSelect* LoadedSelect() const { return select_; }
+
   void ShowKakunin(const std::string& caption) override;
   void UnloadKakunin() override;
   void DoEvents() override;
@@ -22,6 +29,7 @@ class QtForms : public frame::Forms {
 
  private:
   QPointer<frmKakunin> kakunin_;
+  QPointer<frmSelect> select_;
 };
 
 }  // namespace seluvorne::ui

@@ -3,6 +3,7 @@
 
 #include "error_matchers.h"
 #include "fake_components.h"
+#include "fake_forms.h"
 #include "seluvorne/frame.h"
 
 namespace {
@@ -11,18 +12,9 @@ using namespace seluvorne;
 using namespace seluvorne::frame;
 using seluvorne::fakes::FakeComponents;
 using seluvorne::fakes::MakeFakeObject;
+using seluvorne::fakes::RecordingForms;
 using ::testing::ElementsAre;
 using vb::Variant;
-
-// The windows as a recording stand-in, so the frame runs without a display.
-class RecordingForms : public Forms {
- public:
-  void ShowKakunin(const std::string& caption) override { shown.push_back(caption); }
-  void UnloadKakunin() override {}
-  void DoEvents() override { ++event_rounds; }
-  std::vector<std::string> shown;
-  int event_rounds = 0;
-};
 
 class FrameTest : public ::testing::Test {
  protected:
@@ -125,7 +117,7 @@ TEST_F(FrameTest, CalcTargetMessageTellsWhatTheCalculationCovers) {
     gFukasiOnly = fukasi_only;
     ShowCalcTargetMessage(is_oobari);
   }
-  EXPECT_THAT(forms->shown,
+  EXPECT_THAT(forms->kakunin_captions,
               ElementsAre("大梁のフカシのみ計算されます", "大梁の本体とフカシが計算されます",
                           "小梁のフカシのみ計算されます", "小梁の本体とフカシが計算されます",
                           "大梁のフカシのみ計算されます", "大梁の本体とフカシが計算されます"));

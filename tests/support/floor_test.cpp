@@ -30,6 +30,7 @@ void FloorTest::SetUp() {
   fakes.Answer(FloorDirs::kProgId, "GetFullPathToKai", [this](std::span<vb::Variant> args) {
     return vb::Variant(FloorFolder(vb::CInt(args[0]), vb::CInt(args[1]), vb::CInt(args[2])));
   });
+  fakes.Answer(FloorDirs::kProgId, "DataPath", root.string());
   frame::ScheduleStart();
   frame::EnsureStarted();
   fakes.ClearLog();

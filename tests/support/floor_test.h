@@ -2,7 +2,7 @@
 // real files, for the suites of the stores.
 //
 // Find_FileExists looks at the file or folder (kind 0 or omitted, 16),
-// MakeMkDir creates the folder, and GetFullPathToKai answers
+// MakeMkDir creates the folder, DataPath answers the root, and GetFullPathToKai answers
 // "<root>\Zene<z>\Kouji<k>\<n>kai": interface texts with backslashes, as the
 // suite's floor-path service answers them. Every call is still recorded, so a
 // test can assert the calls the library made.
