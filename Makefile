@@ -55,7 +55,7 @@ fuzz: setup
 	  $(FUZZ_BUILD)/tools/jet-reader/seluvorne-jet-reader $$f \
 	    > $(FUZZ_BUILD)/corpus/$$(echo $$f | tr / _).stream 2>/dev/null || true; done
 	cp tests/fixtures/jet/fuzz/*.stream $(FUZZ_BUILD)/corpus/ 2>/dev/null || true
-	$(FUZZ_BUILD)/fuzz/jet_stream_fuzz -max_total_time=$(FUZZ_SECONDS) -max_len=65536 \
+	$(FUZZ_BUILD)/fuzz/jet_stream_fuzz -max_total_time=$(FUZZ_SECONDS) -max_len=8192 \
 	  -artifact_prefix=$(FUZZ_BUILD)/crashes/ $(FUZZ_BUILD)/corpus
 
 format:
