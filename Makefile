@@ -2,16 +2,19 @@
 
 BUILD      ?= build
 ASAN_BUILD ?= build-asan
+FUZZ_BUILD ?= build-fuzz
+FUZZ_SECONDS ?= 60
 JOBS       ?= $(shell nproc)
 CMAKE_ARGS ?=
 
-.PHONY: help setup build test demo bench asan format clean
+.PHONY: help setup build test demo bench asan fuzz format clean
 
 help:
 	@echo "make demo    set up, build and run the demo tour"
 	@echo "make test    set up, build and run every test (C++ and Python)"
 	@echo "make bench   build and run the benchmarks (Release)"
 	@echo "make asan    build and run the tests under AddressSanitizer + UBSan"
+	@echo "make fuzz    fuzz the Jet reader's stream parser for FUZZ_SECONDS (default 60; not in CI)"
 	@echo "make format  format the sources with clang-format"
 	@echo "make setup   install the Debian packages the project needs"
 	@echo "make clean   remove the build folders"
@@ -41,8 +44,22 @@ asan: setup
 	cmake --build $(ASAN_BUILD) -j $(JOBS)
 	ctest --test-dir $(ASAN_BUILD) --output-on-failure -j $(JOBS) -LE python
 
+# Seeds: the streams the Jet reader writes for the fixtures. Crashes land in
+# $(FUZZ_BUILD)/crashes; each becomes a fixture and a regression test.
+fuzz: setup
+	cmake -S . -B $(FUZZ_BUILD) -G Ninja -DSELUVORNE_FUZZ=ON \
+	  -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_BUILD_TYPE=RelWithDebInfo
+	cmake --build $(FUZZ_BUILD) -j $(JOBS)
+	@mkdir -p $(FUZZ_BUILD)/corpus $(FUZZ_BUILD)/crashes
+	@for f in $$(find tests/fixtures/jet -name '*.mdb' -o -name '*.MDB'); do \
+	  $(FUZZ_BUILD)/tools/jet-reader/seluvorne-jet-reader $$f \
+	    > $(FUZZ_BUILD)/corpus/$$(echo $$f | tr / _).stream 2>/dev/null || true; done
+	cp tests/fixtures/jet/fuzz/*.stream $(FUZZ_BUILD)/corpus/ 2>/dev/null || true
+	$(FUZZ_BUILD)/fuzz/jet_stream_fuzz -max_total_time=$(FUZZ_SECONDS) -max_len=8192 \
+	  -artifact_prefix=$(FUZZ_BUILD)/crashes/ $(FUZZ_BUILD)/corpus
+
 format:
 	git ls-files --cached --others --exclude-standard '*.cpp' '*.h' | xargs -r clang-format -i
 
 clean:
-	rm -rf $(BUILD) $(ASAN_BUILD) build-bench
+	rm -rf $(BUILD) $(ASAN_BUILD) $(FUZZ_BUILD) build-bench

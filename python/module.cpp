@@ -13,6 +13,7 @@
 #include "errors.h"
 #include "proxy.h"
 #include "seluvorne/components.h"
+#include "seluvorne/legacy.h"
 #include "seluvorne/library.h"
 #include "values.h"
 
@@ -65,11 +66,36 @@ PYBIND11_MODULE(_seluvorne, module) {
       "Registers the library's plain stand-ins for the suite's outside components, for\n"
       "scripts without the suite. data_root: where the floors are; None takes\n"
       "SELUVORNE_DATA, else dataRoot of the settings file.");
+  module.def(
+      "migrate_floor",
+      [](const std::string& folder, bool salvage) {
+        auto report = WithoutGil([&] { return seluvorne::legacy::MigrateFloor(folder, salvage); });
+        py::list files;
+        for (const auto& file : report.files) {
+          py::list tables;
+          for (const auto& table : file.tables)
+            tables.append(py::dict(py::arg("table") = table.table,
+                                   py::arg("recorded") = table.recorded,
+                                   py::arg("read") = table.read,
+                                   py::arg("written") = table.written));
+          files.append(py::dict(py::arg("file") = file.file, py::arg("migrated") = file.migrated,
+                                py::arg("tables") = tables));
+        }
+        py::object report_file = py::none();
+        if (!report.report_file.empty()) report_file = py::str(report.report_file);
+        return py::dict(py::arg("folder") = report.folder, py::arg("salvage") = report.salvage,
+                        py::arg("files") = files, py::arg("report_file") = report_file);
+      },
+      py::arg("folder"), py::arg("salvage") = false,
+      "Migrates a floor folder's legacy (Jet) files to the native format, every row\n"
+      "checked; the originals stay beside as '<file>.jet'. Returns the report: per file\n"
+      "and table the rows recorded, read and written. A failure leaves the folder as it\n"
+      "was. salvage=True migrates what a damaged file still gives, losses reported.");
   module.attr("FLOOR_COMPANION") = std::string(seluvorne::kFloorCompanionProgId);
 
   // The names are the package's: seluvorne.Dispatch, not seluvorne._seluvorne.Dispatch.
   for (const char* name : {"Ref", "Array", "Dispatch", "Member", "register", "unregister",
-                           "CreateObject", "DBEngine", "restart", "register_standalone"})
+                           "CreateObject", "DBEngine", "restart", "register_standalone", "migrate_floor"})
     module.attr(name).attr("__module__") = "seluvorne";
 
   seluvorne::StartLibrary();

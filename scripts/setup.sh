@@ -10,7 +10,8 @@ packages=(
   libcli11-dev nlohmann-json3-dev libfmt-dev
   pybind11-dev python3-dev python3-pytest
   qt6-base-dev fonts-noto-cjk
-  mdbtools
+  mdbtools mdbtools-dev
+  clang libclang-rt-14-dev
   clang-format
 )
 

@@ -92,7 +92,8 @@ class Workspace : public DispatchImpl<Workspace> {
   // backslashes. Only the defaults of the optional arguments are supported
   // (not exclusive, not read-only, no connect text); others raise 3001.
   // Raises 3044 (missing folder), 3024 (missing file), 3343 (not a database
-  // of ours; a legacy Jet file is named as such).
+  // of ours, or a legacy Jet file that cannot be read whole). A legacy Jet
+  // file opens read-only (Updatable is false).
   std::shared_ptr<Database> OpenDatabase(const std::string& path,
                                          std::optional<vb::Variant> options = std::nullopt,
                                          std::optional<bool> read_only = std::nullopt,
@@ -104,6 +105,11 @@ class Workspace : public DispatchImpl<Workspace> {
                                            std::optional<std::int32_t> options = std::nullopt);
 };
 
+// Opens a database its caller will write to, as the stores do. A legacy
+// (Jet) file, which opens only read-only, raises 3343 that names the
+// migration (`seluvorne migrate FLOOR`, `seluvorne.migrate_floor(folder)`).
+std::shared_ptr<Database> OpenForUpdate(const std::string& path);
+
 class Database : public DispatchImpl<Database> {
  public:
   static const MemberTable<Database>& Members();
@@ -113,6 +119,9 @@ class Database : public DispatchImpl<Database> {
   std::string Name() const;
   // The locale text given when the file was created.
   std::string Locale() const;
+  // False for a legacy (Jet) file opened in place, which every write
+  // refuses with 3027.
+  bool Updatable() const;
   // Closes this handle; using it, or its record sets, afterwards raises 3420.
   void Close();
   // Whether Close has not run (for C++ callers; not reached by name).

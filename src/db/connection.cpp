@@ -95,7 +95,7 @@ std::shared_ptr<Connection> Connection::Open(const std::filesystem::path& path,
     }
     if (shared) return shared;
   }
-  CheckDatabaseFile(path, shown_path);
+  if (CheckDatabaseFile(path, shown_path) == FileKind::Jet) return OpenLegacy(path, shown_path);
   return Guarded(shown_path, [&] {
     std::unique_ptr<Connection> connection(
         new Connection(path, shown_path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX));

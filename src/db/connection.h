@@ -38,6 +38,11 @@ class Connection {
   // Raises 3204 when the file exists. On failure nothing is left behind.
   static std::shared_ptr<Connection> Create(const std::filesystem::path& path,
                                             std::string_view shown_path, std::string_view locale);
+  // A private in-memory copy of a legacy Jet file's tables and rows, read
+  // through the reader helper, with the same catalogue as a file of ours;
+  // read-only. Raises 3343 when the file cannot be read whole.
+  static std::shared_ptr<Connection> OpenLegacy(const std::filesystem::path& path,
+                                                std::string_view shown_path);
   // Whether this process holds the file open.
   static bool IsOpen(const std::filesystem::path& path);
 
@@ -51,6 +56,8 @@ class Connection {
   Connection& operator=(const Connection&) = delete;
 
   const std::string& shown_path() const { return shown_path_; }
+  // A legacy file opened in place: every write raises 3027.
+  bool read_only() const { return read_only_; }
 
   // The catalogue as the file has it now: reloaded when the schema changed,
   // here or in another process.
@@ -96,6 +103,7 @@ class Connection {
   std::unordered_map<std::string, Translation> translations_;
   std::unordered_map<std::string, CachedStatement> statements_;
   std::uint64_t uses_ = 0;
+  bool read_only_ = false;
 };
 
 // The files SQLite keeps beside a database file (write-ahead log, shared

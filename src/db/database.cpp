@@ -16,7 +16,8 @@ const MemberTable<Database>& Database::Members() {
                                 .method("Execute", &Database::Execute)
                                 .method("OpenRecordset", &Database::OpenRecordset)
                                 .get("TableDefs", &Database::TableDefs)
-                                .method("CreateTableDef", &Database::CreateTableDef);
+                                .method("CreateTableDef", &Database::CreateTableDef)
+                                .get("Updatable", &Database::Updatable);
   return table;
 }
 
@@ -29,6 +30,10 @@ std::string Database::Name() const {
 
 std::string Database::Locale() const {
   return state_->Use().catalogue().locale();
+}
+
+bool Database::Updatable() const {
+  return !state_->Use().read_only();
 }
 
 void Database::Close() {
@@ -44,6 +49,7 @@ void Database::Execute(const std::string& sql, std::optional<std::int32_t>) {
   db::Connection& connection = state_->Use();
   db::PreparedStatement& statement = connection.Prepare(connection.Translate(sql));
   if (statement.ColumnCount() > 0) Raise(errc::kCannotExecuteSelect);
+  if (connection.read_only()) Raise(errc::kReadOnly);
   db::Guarded(connection.shown_path(), [&] { statement.Run(); });
 }
 
@@ -92,7 +98,7 @@ std::shared_ptr<dao::TableDefs> Database::TableDefs() {
 }
 
 std::shared_ptr<TableDef> Database::CreateTableDef(const std::string& name) {
-  state_->Use();
+  if (state_->Use().read_only()) Raise(errc::kReadOnly);
   return std::make_shared<TableDef>(name);
 }
 
@@ -135,6 +141,7 @@ std::shared_ptr<TableDef> TableDefs::ItemOf(const vb::Variant& index) const {
 void TableDefs::Append(const std::shared_ptr<TableDef>& table) {
   if (!table) Raise(errc::kObjectNotSet);
   db::Connection& connection = database_->Use();
+  if (connection.read_only()) Raise(errc::kReadOnly);
   if (table->appended_) Raise(errc::kObjectExists);
   db::CheckName(table->name_);
   db::TableDefinition definition{table->name_, "", {}};

@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "connection.h"
+#include "file_format.h"
 #include "seluvorne/dao.h"
 #include "seluvorne/paths.h"
 #include "states.h"
@@ -26,6 +27,21 @@ std::shared_ptr<Database> Handle(const std::string& path,
 }
 
 }  // namespace
+
+std::shared_ptr<Database> OpenForUpdate(const std::string& path) {
+  std::filesystem::path native = NativePath(path);
+  std::error_code ignored;
+  if (std::filesystem::is_regular_file(native, ignored) &&
+      db::CheckDatabaseFile(native, path) == db::FileKind::Jet) {
+    Error error = MakeError(errc::kUnrecognizedFormat, path);
+    throw Error(
+        error.number, error.source,
+        error.description +
+            " It is a legacy (Jet) floor file, which opens only read-only; migrate the "
+            "floor first: seluvorne migrate FLOOR (Python: seluvorne.migrate_floor(folder)).");
+  }
+  return DBEngine::Instance()->OpenDatabase(path);
+}
 
 // ---- DBEngine ---------------------------------------------------------------
 

@@ -25,23 +25,19 @@ bool IsJetHeader(const unsigned char* bytes, std::size_t size) {
          std::memcmp(bytes + 4, "Standard ACE DB", 15) == 0;
 }
 
-[[noreturn]] void RaiseUnrecognized(std::string_view shown_path, std::string_view note = {}) {
-  Error error = MakeError(errc::kUnrecognizedFormat, shown_path);
-  if (note.empty()) throw error;
-  throw Error(error.number, error.source, error.description + " " + std::string(note));
+[[noreturn]] void RaiseUnrecognized(std::string_view shown_path) {
+  Raise(errc::kUnrecognizedFormat, shown_path);
 }
 
 }  // namespace
 
-void CheckDatabaseFile(const std::filesystem::path& path, std::string_view shown_path) {
+FileKind CheckDatabaseFile(const std::filesystem::path& path, std::string_view shown_path) {
   std::array<unsigned char, kHeaderSize> header{};
   std::ifstream file(path, std::ios::binary);
   file.read(reinterpret_cast<char*>(header.data()), header.size());
   std::size_t read = static_cast<std::size_t>(file.gcount());
 
-  if (IsJetHeader(header.data(), read))
-    RaiseUnrecognized(shown_path,
-                      "It is a legacy (Jet) floor file, which this version cannot open yet.");
+  if (IsJetHeader(header.data(), read)) return FileKind::Jet;
   if (read < kHeaderSize || std::memcmp(header.data(), "SQLite format 3", 16) != 0)
     RaiseUnrecognized(shown_path);
 
@@ -53,6 +49,7 @@ void CheckDatabaseFile(const std::filesystem::path& path, std::string_view shown
   if (BigEndian32(&header[24]) == BigEndian32(&header[92]) &&
       std::filesystem::file_size(path) < bytes_per_page * pages)
     RaiseUnrecognized(shown_path);
+  return FileKind::Native;
 }
 
 }  // namespace seluvorne::db

@@ -1,6 +1,6 @@
 // Recognising a database file before SQLite opens it: ours are SQLite files;
-// the suite's legacy floor files are Jet files, which this version does not
-// read yet and names as such; anything else is no database.
+// the suite's legacy floor files are Jet files, which open read-only through
+// the reader helper; anything else is no database.
 #pragma once
 
 #include <filesystem>
@@ -8,8 +8,11 @@
 
 namespace seluvorne::db {
 
-// Raises 3343 unless the file begins with an SQLite header and is as long as
-// that header says. For a Jet file the message says it is a legacy floor file.
-void CheckDatabaseFile(const std::filesystem::path& path, std::string_view shown_path);
+enum class FileKind { Native, Jet };
+
+// Whether the file is one of ours or a legacy Jet file (by its header).
+// Raises 3343 for anything else, and for a file of ours shorter than its
+// header says.
+FileKind CheckDatabaseFile(const std::filesystem::path& path, std::string_view shown_path);
 
 }  // namespace seluvorne::db

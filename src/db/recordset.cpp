@@ -147,8 +147,9 @@ void Recordset::SetValue(std::string_view name, vb::Variant value) {
 }
 
 void Recordset::AddNew() {
-  state_->Use();
-  if (state_->type == dbOpenSnapshot || !state_->table || state_->table->system)
+  const db::Connection& connection = state_->Use();
+  if (state_->type == dbOpenSnapshot || !state_->table || state_->table->system ||
+      connection.read_only())
     Raise(errc::kReadOnly);
   state_->new_row.clear();
   for (const db::FieldDefinition& field : state_->table->fields)

@@ -42,7 +42,7 @@ bool clsHariFukasiDS::WriteDB_Open(const std::string& KaiPath) {
   const std::string file = FloorFile(path_, kFileName);
   if (database_) CloseDB();
   if (frame::gExistProbe.Find_FileExists(file).empty()) Create_HariFukasiMDB(path_);
-  database_ = dao::DBEngine::Instance()->OpenDatabase(file);
+  database_ = dao::OpenForUpdate(file);
   return true;
 }
 

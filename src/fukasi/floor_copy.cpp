@@ -45,7 +45,7 @@ bool clsHariFukasiDS::Copy_OpenDB() {
     Create_HariFukasiMDB_FullPath(copy_file_name_);
   // The database open before is dropped, not closed: its file closes with
   // its last handle.
-  database_ = dao::DBEngine::Instance()->OpenDatabase(copy_file_name_);
+  database_ = dao::OpenForUpdate(copy_file_name_);
   return true;
 }
 

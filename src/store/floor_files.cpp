@@ -14,10 +14,6 @@ using frame::ExistProbe;
 using frame::gExistProbe;
 using frame::gFloorDirs;
 
-std::shared_ptr<dao::Workspace> DefaultWorkspace() {
-  return dao::DBEngine::Instance()->Workspaces(vb::Variant(std::int16_t{0}));
-}
-
 // A new floor file with its nine tables, open.
 std::shared_ptr<dao::Database> CreateFloorFile(const std::string& path) {
   return frame::CreateDatabaseWithTables(path, frame::kFloorTables);
@@ -78,7 +74,7 @@ bool clsSeluVorneDataService::OpenSeluVorne(const std::string& CurrFloor,
                                             std::shared_ptr<dao::Database>& mydb) {
   const std::string file = GetFileName(CurrFloor);
   if (gExistProbe.Find_FileExists(file).empty()) Create_SeluVornMDB(CurrFloor);
-  auto db = DefaultWorkspace()->OpenDatabase(file);
+  auto db = dao::OpenForUpdate(file);
   UpgradeTables(db, Upgrade::kAll);
   mydb = std::move(db);
   return true;
@@ -109,7 +105,7 @@ bool clsSeluVorneDataService::OpenDB_Sitei(std::int16_t Mode) {
     return false;
   }
   copy_path_ = file;
-  auto db = dao::DBEngine::Instance()->OpenDatabase(file);
+  auto db = dao::OpenForUpdate(file);
   UpgradeTables(db, Upgrade::kSpanTop);
   KutaiDb = std::move(db);
   return true;
@@ -118,7 +114,7 @@ bool clsSeluVorneDataService::OpenDB_Sitei(std::int16_t Mode) {
 bool clsSeluVorneDataService::OpenDB_Sitei_Copy(const std::string& sFullPathFileName) {
   if (gExistProbe.Find_FileExists(sFullPathFileName, ExistProbe::kFile).empty())
     Create_SeluVornMDB_FullPath(sFullPathFileName);
-  auto db = dao::DBEngine::Instance()->OpenDatabase(sFullPathFileName);
+  auto db = dao::OpenForUpdate(sFullPathFileName);
   UpgradeTables(db, Upgrade::kSpanTopAndJoint);
   KutaiDb = std::move(db);
   return false;

@@ -82,7 +82,7 @@ TEST_F(DatabaseTest, BackslashesMapToFoldersAndMissingOnesAreNeverCreated) {
 }
 
 // Files that are none of ours raise 3343, never an engine crash or a new
-// file; Jet files, whole or cut off, say they are legacy floor files.
+// file; Jet files that cannot be read whole say they are legacy files.
 TEST_F(DatabaseTest, FilesThatAreNotOursRaise3343) {
   SQLite::Database(PathOf("foreign.mdb"), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE)
       .exec("CREATE TABLE KUTAIDATA (PAGE INTEGER)");
@@ -97,7 +97,7 @@ TEST_F(DatabaseTest, FilesThatAreNotOursRaise3343) {
   const std::pair<std::filesystem::path, bool> files[] = {
       {"foreign.mdb", false},         {"cut.mdb", false},
       {"broken/empty.mdb", false},    {"broken/not-a-database.mdb", false},
-      {"broken/truncated.mdb", true}, {"floor-basic/SELUVORN.mdb", true}};
+      {"broken/truncated.mdb", true}, {"broken/zeroed-page.mdb", true}};
   for (const auto& [file, legacy] : files) {
     SCOPED_TRACE(file);
     if (file.has_parent_path())  // a fixture; a missing one fails the test
