@@ -194,7 +194,15 @@ const Translation& Connection::Translate(const std::string& sql) {
 }
 
 PreparedStatement& Connection::Prepare(const std::string& sql, Stage stage) {
+  return Prepare(sql, stage, false);
+}
+
+PreparedStatement& Connection::Prepare(const std::string& sql, Stage stage, bool caller) {
   auto found = statements_.find(sql);
+  if (found != statements_.end() && caller && !found->second.checked) {
+    statements_.erase(found);  // the engine's own statement: a caller's is checked first
+    found = statements_.end();
+  }
   if (found == statements_.end()) {
     if (statements_.size() >= kCachedStatements) {
       auto oldest = statements_.begin();
@@ -203,9 +211,13 @@ PreparedStatement& Connection::Prepare(const std::string& sql, Stage stage) {
       statements_.erase(oldest);
     }
     auto statement = Guarded(
-        shown_path_, [&] { return std::make_unique<PreparedStatement>(sqlite_.getHandle(), sql); },
+        shown_path_,
+        [&] {
+          return caller ? guard_.Prepare(sql)
+                        : std::make_unique<PreparedStatement>(sqlite_.getHandle(), sql);
+        },
         stage);
-    found = statements_.emplace(sql, CachedStatement{std::move(statement), 0}).first;
+    found = statements_.emplace(sql, CachedStatement{std::move(statement), 0, caller}).first;
   }
   found->second.last_use = ++uses_;
   found->second.statement->Reset();
@@ -213,7 +225,7 @@ PreparedStatement& Connection::Prepare(const std::string& sql, Stage stage) {
 }
 
 PreparedStatement& Connection::Prepare(const Translation& translation) {
-  PreparedStatement& statement = Prepare(translation.text, Stage::Prepare);
+  PreparedStatement& statement = Prepare(translation.text, Stage::Prepare, true);
   Guarded(shown_path_, [&] {
     for (std::size_t i = 0; i < translation.numbers.size(); ++i)
       statement.BindNumber(static_cast<int>(i) + 1, translation.numbers[i]);
