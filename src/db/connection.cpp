@@ -64,7 +64,7 @@ bool Connection::Identify(const std::filesystem::path& path, FileIdentity& ident
 
 Connection::Connection(const std::filesystem::path& path, std::string_view shown_path,
                        int open_flags)
-    : sqlite_(path.string(), open_flags, BusyTimeout()), shown_path_(shown_path) {
+    : sqlite_(path.string(), open_flags, BusyTimeout(), VfsName()), shown_path_(shown_path) {
   Identify(path, identity_);
   sqlite_.exec("PRAGMA journal_mode=WAL");
   sqlite_.exec("PRAGMA synchronous=NORMAL");
@@ -114,10 +114,7 @@ std::shared_ptr<Connection> Connection::Create(const std::filesystem::path& path
   // Created exclusively, so that a file another process made meanwhile is
   // never touched.
   int descriptor = ::open(path.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, 0666);
-  if (descriptor < 0) {
-    if (errno == EEXIST) Raise(errc::kDatabaseExists);
-    Raise(errc::kCannotOpenFile, shown_path);
-  }
+  if (descriptor < 0) RaiseFileError(errno, shown_path);
   ::close(descriptor);
   try {
     return Guarded(shown_path, [&] {
@@ -145,6 +142,14 @@ bool Connection::IsOpen(const std::filesystem::path& path) {
 
 std::int32_t Connection::BusyTimeout() {
   return BusyTimeoutSetting().load();
+}
+
+const std::string& Connection::VfsName() {
+  static const std::string name = [] {
+    const char* text = std::getenv("SELUVORNE_SQLITE_VFS");
+    return std::string(text ? text : "");
+  }();
+  return name;
 }
 
 void Connection::SetBusyTimeout(std::int32_t milliseconds) {

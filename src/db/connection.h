@@ -45,6 +45,9 @@ class Connection {
   // Milliseconds a write waits for another process's lock; applies to open
   // connections too. Starts from SELUVORNE_BUSY_TIMEOUT_MS, else 5000.
   static std::int32_t BusyTimeout();
+  // The SQLite VFS files are opened through: SELUVORNE_SQLITE_VFS, read
+  // once (the tests' fault-injecting shim), else SQLite's default ("").
+  static const std::string& VfsName();
   static void SetBusyTimeout(std::int32_t milliseconds);
 
   ~Connection();

@@ -69,7 +69,8 @@ void RecordsetState::DescribeColumns(Connection& connection, const PreparedState
     // Unnamed expressions are named as the original engine named them.
     if (!stored_field && !IsGivenName(name)) name = "Expr" + std::to_string(1000 + expressions++);
     columns.push_back(std::move(name));
-    column_fields.push_back(origin.table && origin.table == table ? origin.field : -1);
+    const bool own = origin.table && table && origin.table->stored_name == table->stored_name;
+    column_fields.push_back(own ? origin.field : -1);
     if (column_fields.back() < 0) table = nullptr;  // an expression, or another table's field
     origins.push_back(std::move(origin));
   }
