@@ -3,10 +3,12 @@
 #include <algorithm>
 #include <climits>
 #include <iterator>
+#include <new>
 #include <span>
 #include <string>
 #include <vector>
 
+#include "errors.h"
 #include "seluvorne/typed.h"
 #include "values.h"
 
@@ -30,7 +32,7 @@ std::int32_t IndexOf(py::handle number) {
     Raise(errc::kTypeMismatch, "(an index or count must be an int, not " +
                                    std::string(Py_TYPE(number.ptr())->tp_name) + ")");
   py::object integer = py::reinterpret_steal<py::object>(PyNumber_Index(number.ptr()));
-  if (!integer) throw py::error_already_set();
+  if (!integer) RaiseConversionFailure(number);
   int overflow = 0;
   long long value = PyLong_AsLongLongAndOverflow(integer.ptr(), &overflow);
   if (overflow || value < INT32_MIN || value > INT32_MAX) Raise(errc::kSubscriptOutOfRange);
@@ -60,7 +62,22 @@ vb::AnyArray MakeArray(std::string_view type, py::handle shape) {
   if (upper_bounds.empty()) return array;  // (): not yet dimensioned
   for (std::int32_t& bound : upper_bounds)
     bound = vb::Sub<std::int32_t>(bound, 1);
-  std::visit([&](auto& typed) { typed.ReDim(upper_bounds); }, array);
+  std::visit(
+      [&](auto& typed) {
+        // More than 2 GiB is more than the clients' 32-bit runtime could
+        // ever hold: 7, as it raised, rather than asking the system for it.
+        constexpr double kMaxBytes = 2147483648.0;
+        double bytes = sizeof(*typed.begin());
+        for (std::int32_t bound : upper_bounds)
+          bytes *= static_cast<double>(bound) + 1;
+        if (bytes > kMaxBytes) Raise(errc::kOutOfMemory);
+        try {
+          typed.ReDim(upper_bounds);
+        } catch (const std::bad_alloc&) {
+          Raise(errc::kOutOfMemory);
+        }
+      },
+      array);
   return array;
 }
 

@@ -92,4 +92,13 @@ void RaiseFromPython(py::error_already_set& failure, std::string_view source) {
   throw PythonError(MakeError(errc::kAutomationError, message, source), exception);
 }
 
+void RaiseConversionFailure(py::handle argument) {
+  py::error_already_set failure;
+  std::string kind = py::str(py::type::handle_of(failure.value()).attr("__name__"));
+  throw PythonError(MakeError(errc::kTypeMismatch,
+                              "(converting a " + std::string(Py_TYPE(argument.ptr())->tp_name) +
+                                  " raised " + kind + ")"),
+                    failure.value());
+}
+
 }  // namespace seluvorne::python

@@ -34,4 +34,8 @@ void BindErrors(py::module_& module);
 // `source` names the component when the exception names none.
 [[noreturn]] void RaiseFromPython(py::error_already_set& failure, std::string_view source);
 
+// Turns the Python exception raised by an argument's own conversion
+// (__index__, __float__) into 13 (Type mismatch), the exception its cause.
+[[noreturn]] void RaiseConversionFailure(py::handle argument);
+
 }  // namespace seluvorne::python

@@ -5,6 +5,7 @@
 
 #include "array.h"
 #include "component.h"
+#include "errors.h"
 #include "seluvorne/dispatch.h"
 
 namespace seluvorne::python {
@@ -68,12 +69,12 @@ vb::Variant ToVariant(py::handle value) {
   }
   if (PyIndex_Check(object)) {
     py::object integer = py::reinterpret_steal<py::object>(PyNumber_Index(object));
-    if (!integer) throw py::error_already_set();
+    if (!integer) RaiseConversionFailure(value);
     return IntegerToVariant(integer.ptr());
   }
   if (Py_TYPE(object)->tp_as_number && Py_TYPE(object)->tp_as_number->nb_float) {
     double real = PyFloat_AsDouble(object);
-    if (real == -1.0 && PyErr_Occurred()) throw py::error_already_set();
+    if (real == -1.0 && PyErr_Occurred()) RaiseConversionFailure(value);
     return vb::Variant(real);
   }
   return vb::Variant(

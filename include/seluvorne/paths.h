@@ -10,7 +10,8 @@
 namespace seluvorne {
 
 // The native path for an interface text: backslashes become the platform's
-// separator. A text that is already native passes unchanged.
+// separator. A text that is already native passes unchanged. Raises 52 for
+// a text holding a NUL character, which no file name can hold.
 std::filesystem::path NativePath(std::string_view interface_text);
 
 }  // namespace seluvorne

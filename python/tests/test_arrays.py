@@ -55,6 +55,11 @@ def test_bounds_indices_and_equality():
     assert error_of(seluvorne.Array, "i8", (1,)).number == 5
 
 
+@pytest.mark.parametrize("type, shape", [("i2", (2**16, 2**16)), ("var", (2**15, 2**15)), ("str", (2**31 - 1,))])
+def test_an_array_too_large_to_hold_is_out_of_memory(type, shape):
+    assert error_of(seluvorne.Array, type, shape).number == 7
+
+
 def test_an_array_is_a_value_its_holder_owns(probe):
     a = seluvorne.Array("i2", (2,))
     b, back = copy.copy(a), probe.Echo(a)

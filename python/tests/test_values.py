@@ -68,6 +68,32 @@ def test_values_without_a_runtime_form_raise(probe, value, number):
     assert error_of(probe.Echo, value).number == number
 
 
+class RaisingIndex:
+    def __index__(self):
+        return 1 // 0
+
+
+class RaisingFloat:
+    def __float__(self):
+        raise ValueError("no number here")
+
+
+@pytest.mark.parametrize(
+    "call, cause",
+    [
+        (lambda probe: probe.Echo(RaisingIndex()), ZeroDivisionError),
+        (lambda probe: probe.Echo(RaisingFloat()), ValueError),
+        (lambda probe: probe.Echo(seluvorne.Ref(RaisingIndex())), ZeroDivisionError),
+        (lambda probe: seluvorne.Array("i2", (RaisingIndex(),)), ZeroDivisionError),
+        (lambda probe: seluvorne.Array("i2", (2,))[RaisingIndex()], ZeroDivisionError),
+    ],
+)
+def test_an_argument_whose_conversion_raises_is_a_type_mismatch_caused_by_it(probe, call, cause):
+    error = error_of(call, probe)
+    assert error.number == 13
+    assert isinstance(error.__cause__, cause)
+
+
 def test_objects_cross_as_objects(probe):
     assert probe.Describe(probe) == "Object"
 

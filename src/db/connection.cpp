@@ -64,7 +64,7 @@ bool Connection::Identify(const std::filesystem::path& path, FileIdentity& ident
 
 Connection::Connection(const std::filesystem::path& path, std::string_view shown_path,
                        int open_flags)
-    : sqlite_(path.string(), open_flags, BusyTimeout()), shown_path_(shown_path) {
+    : sqlite_(path.string(), open_flags, BusyTimeout(), VfsName()), shown_path_(shown_path) {
   Identify(path, identity_);
   sqlite_.exec("PRAGMA journal_mode=WAL");
   sqlite_.exec("PRAGMA synchronous=NORMAL");
@@ -114,10 +114,7 @@ std::shared_ptr<Connection> Connection::Create(const std::filesystem::path& path
   // Created exclusively, so that a file another process made meanwhile is
   // never touched.
   int descriptor = ::open(path.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, 0666);
-  if (descriptor < 0) {
-    if (errno == EEXIST) Raise(errc::kDatabaseExists);
-    Raise(errc::kCannotOpenFile, shown_path);
-  }
+  if (descriptor < 0) RaiseFileError(errno, shown_path);
   ::close(descriptor);
   try {
     return Guarded(shown_path, [&] {
@@ -145,6 +142,14 @@ bool Connection::IsOpen(const std::filesystem::path& path) {
 
 std::int32_t Connection::BusyTimeout() {
   return BusyTimeoutSetting().load();
+}
+
+const std::string& Connection::VfsName() {
+  static const std::string name = [] {
+    const char* text = std::getenv("SELUVORNE_SQLITE_VFS");
+    return std::string(text ? text : "");
+  }();
+  return name;
 }
 
 void Connection::SetBusyTimeout(std::int32_t milliseconds) {
@@ -194,7 +199,15 @@ const Translation& Connection::Translate(const std::string& sql) {
 }
 
 PreparedStatement& Connection::Prepare(const std::string& sql, Stage stage) {
+  return Prepare(sql, stage, false);
+}
+
+PreparedStatement& Connection::Prepare(const std::string& sql, Stage stage, bool caller) {
   auto found = statements_.find(sql);
+  if (found != statements_.end() && caller && !found->second.checked) {
+    statements_.erase(found);  // the engine's own statement: a caller's is checked first
+    found = statements_.end();
+  }
   if (found == statements_.end()) {
     if (statements_.size() >= kCachedStatements) {
       auto oldest = statements_.begin();
@@ -203,9 +216,13 @@ PreparedStatement& Connection::Prepare(const std::string& sql, Stage stage) {
       statements_.erase(oldest);
     }
     auto statement = Guarded(
-        shown_path_, [&] { return std::make_unique<PreparedStatement>(sqlite_.getHandle(), sql); },
+        shown_path_,
+        [&] {
+          return caller ? guard_.Prepare(sql)
+                        : std::make_unique<PreparedStatement>(sqlite_.getHandle(), sql);
+        },
         stage);
-    found = statements_.emplace(sql, CachedStatement{std::move(statement), 0}).first;
+    found = statements_.emplace(sql, CachedStatement{std::move(statement), 0, caller}).first;
   }
   found->second.last_use = ++uses_;
   found->second.statement->Reset();
@@ -213,7 +230,7 @@ PreparedStatement& Connection::Prepare(const std::string& sql, Stage stage) {
 }
 
 PreparedStatement& Connection::Prepare(const Translation& translation) {
-  PreparedStatement& statement = Prepare(translation.text, Stage::Prepare);
+  PreparedStatement& statement = Prepare(translation.text, Stage::Prepare, true);
   Guarded(shown_path_, [&] {
     for (std::size_t i = 0; i < translation.numbers.size(); ++i)
       statement.BindNumber(static_cast<int>(i) + 1, translation.numbers[i]);

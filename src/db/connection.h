@@ -25,6 +25,7 @@
 #include "dialect.h"
 #include "engine_error.h"
 #include "statement.h"
+#include "statement_guard.h"
 
 namespace seluvorne::db {
 
@@ -49,6 +50,9 @@ class Connection {
   // Milliseconds a write waits for another process's lock; applies to open
   // connections too. Starts from SELUVORNE_BUSY_TIMEOUT_MS, else 5000.
   static std::int32_t BusyTimeout();
+  // The SQLite VFS files are opened through: SELUVORNE_SQLITE_VFS, read
+  // once (the tests' fault-injecting shim), else SQLite's default ("").
+  static const std::string& VfsName();
   static void SetBusyTimeout(std::int32_t milliseconds);
 
   ~Connection();
@@ -70,7 +74,8 @@ class Connection {
   // next use of the same text. `stage` tells how a rejection is reported.
   // The reference is valid until the next call of Prepare.
   PreparedStatement& Prepare(const std::string& sql, Stage stage = Stage::Run);
-  // The statement of a translation, its numbers bound.
+  // The statement of a caller's translated text, its numbers bound; what a
+  // caller's statement may do is checked (statement_guard.h).
   PreparedStatement& Prepare(const Translation& translation);
 
   SQLite::Database& sqlite() { return sqlite_; }
@@ -86,6 +91,7 @@ class Connection {
   struct CachedStatement {
     std::unique_ptr<PreparedStatement> statement;
     std::uint64_t last_use = 0;
+    bool checked = false;  // prepared under the caller's rules
   };
   using Registry = std::unordered_map<FileIdentity, std::weak_ptr<Connection>, IdentityHash>;
 
@@ -94,8 +100,10 @@ class Connection {
   static Registry& TheRegistry();
   static std::shared_ptr<Connection> Register(std::unique_ptr<Connection> connection);
   void LoadCatalogue();
+  PreparedStatement& Prepare(const std::string& sql, Stage stage, bool caller);
 
   SQLite::Database sqlite_;
+  StatementGuard guard_{sqlite_.getHandle()};
   std::string shown_path_;
   FileIdentity identity_;
   Catalogue catalogue_;

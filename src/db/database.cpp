@@ -4,6 +4,7 @@
 #include "field_rules.h"
 #include "seluvorne/dao.h"
 #include "states.h"
+#include "write_rules.h"
 
 namespace seluvorne::dao {
 
@@ -47,10 +48,15 @@ bool Database::IsOpen() const {
 
 void Database::Execute(const std::string& sql, std::optional<std::int32_t>) {
   db::Connection& connection = state_->Use();
-  db::PreparedStatement& statement = connection.Prepare(connection.Translate(sql));
+  const db::Translation& translation = connection.Translate(sql);
+  db::PreparedStatement& statement = connection.Prepare(translation);
+  // The authorizer has judged what the statement does; what it is, is judged
+  // here (VACUUM, for one, asks no permission).
+  if (db::ClassifyStatement(translation.first_word) == db::StatementKind::Other)
+    Raise(errc::kInvalidSqlStatement, "(" + translation.first_word + ")");
   if (statement.ColumnCount() > 0) Raise(errc::kCannotExecuteSelect);
   if (connection.read_only()) Raise(errc::kReadOnly);
-  db::Guarded(connection.shown_path(), [&] { statement.Run(); });
+  db::RunWithFieldRules(connection, statement);
 }
 
 std::shared_ptr<Recordset> Database::OpenRecordset(const std::string& source,
@@ -81,14 +87,12 @@ std::shared_ptr<Recordset> Database::OpenRecordset(const std::string& source,
   if (kind == dbOpenTable) Raise(errc::kInvalidOperation, "(a table-type set needs a table name)");
   state->query = connection.Translate(source);
   state->table = state->query.table;
+  state->from_query = true;
   db::PreparedStatement& statement = connection.Prepare(state->query);
+  if (db::ClassifyStatement(state->query.first_word) == db::StatementKind::Other)
+    Raise(errc::kInvalidSqlStatement, "(" + state->query.first_word + ")");
   if (statement.ColumnCount() == 0) Raise(errc::kInvalidOperation, "(not a SELECT statement)");
-  for (int i = 0; i < statement.ColumnCount(); ++i) {
-    state->columns.emplace_back(statement.ColumnName(i));
-    state->column_fields.push_back(state->table ? state->table->FieldIndex(state->columns.back())
-                                                : -1);
-  }
-  state->EnsureLoaded();
+  state->EnsureLoaded();  // the columns are known once SQLite has run the statement
   return std::make_shared<Recordset>(std::move(state));
 }
 

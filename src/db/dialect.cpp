@@ -102,14 +102,63 @@ bool IsKeyword(const Token& token, std::string_view keyword) {
   return token.kind == Token::Word && detail::NameEqual{}(token.name, keyword);
 }
 
+// Whether the token after a table name gives it an alias (FROM t x, FROM t AS x).
+bool IsAlias(const std::vector<Token>& tokens, std::size_t i) {
+  if (i >= tokens.size()) return false;
+  const Token& token = tokens[i];
+  if (token.kind == Token::QuotedName) return true;
+  if (token.kind != Token::Word) return false;
+  for (std::string_view keyword :
+       {"WHERE",     "GROUP",   "ORDER", "HAVING",    "LIMIT",  "UNION",  "EXCEPT",
+        "INTERSECT", "JOIN",    "INNER", "LEFT",      "RIGHT",  "FULL",   "CROSS",
+        "NATURAL",   "OUTER",   "ON",    "USING",     "SET",    "VALUES", "DEFAULT",
+        "SELECT",    "INDEXED", "NOT",   "RETURNING", "WINDOW", "WITH"})
+    if (IsKeyword(token, keyword)) return false;
+  return true;
+}
+
+// The names a leading WITH gives its common table expressions
+// (WITH p AS (...), q(n) AS (...) ...): tables of the statement, not of the
+// catalogue.
+std::vector<std::string> CommonTableNames(const std::vector<Token>& tokens) {
+  std::vector<std::string> names;
+  if (!IsKeyword(tokens[0], "WITH")) return names;
+  std::size_t i = 1;
+  if (i < tokens.size() && IsKeyword(tokens[i], "RECURSIVE")) ++i;
+  auto skip_parentheses = [&] {
+    if (i >= tokens.size() || tokens[i].name != "(") return;
+    for (int depth = 0; i < tokens.size(); ++i) {
+      if (tokens[i].kind != Token::Other) continue;
+      if (tokens[i].name == "(") ++depth;
+      if (tokens[i].name == ")" && --depth == 0) break;
+    }
+    ++i;
+  };
+  while (i < tokens.size() &&
+         (tokens[i].kind == Token::Word || tokens[i].kind == Token::QuotedName)) {
+    names.push_back(tokens[i++].name);
+    skip_parentheses();  // the column list
+    if (i < tokens.size() && IsKeyword(tokens[i], "AS")) ++i;
+    if (i < tokens.size() && (IsKeyword(tokens[i], "MATERIALIZED") || IsKeyword(tokens[i], "NOT")))
+      ++i;
+    if (i < tokens.size() && IsKeyword(tokens[i], "MATERIALIZED")) ++i;
+    skip_parentheses();  // the query
+    if (i >= tokens.size() || tokens[i].name != ",") break;
+    ++i;
+  }
+  return names;
+}
+
 }  // namespace
 
 Translation TranslateStatement(std::string_view sql, const Catalogue& catalogue) {
   std::vector<Token> tokens = Tokens(sql);
   if (tokens.empty()) Raise(errc::kSyntaxError, "(empty statement)");
   Translation translation;
+  if (tokens[0].kind == Token::Word) translation.first_word = tokens[0].name;
   int tables_named = 0;
-  std::size_t copied = 0;  // bytes of `sql` already in the translation
+  bool several_rows_per_row = false;  // a join, grouping, DISTINCT or UNION
+  std::size_t copied = 0;             // bytes of `sql` already in the translation
   auto replace = [&](const Token& token, std::string_view with) {
     translation.text.append(sql.substr(copied, token.begin - copied)).append(with);
     copied = token.end;
@@ -120,6 +169,12 @@ Translation TranslateStatement(std::string_view sql, const Catalogue& catalogue)
   bool expect_table = false, in_from_list = false, ordering = false;
   const bool writes = IsKeyword(tokens[0], "DELETE") || IsKeyword(tokens[0], "UPDATE") ||
                       IsKeyword(tokens[0], "INSERT") || IsKeyword(tokens[0], "REPLACE");
+  const std::vector<std::string> common_tables = CommonTableNames(tokens);
+  auto is_common_table = [&](std::string_view name) {
+    for (const std::string& common : common_tables)
+      if (detail::NameEqual{}(common, name)) return true;
+    return false;
+  };
   for (std::size_t i = 0; i < tokens.size(); ++i) {
     const Token& token = tokens[i];
     if (token.kind == Token::Other && token.name == ";") {
@@ -137,12 +192,23 @@ Translation TranslateStatement(std::string_view sql, const Catalogue& catalogue)
       translation.numbers.push_back(token.name);
       continue;
     }
+    if (expect_table && (token.kind == Token::Word || token.kind == Token::QuotedName) &&
+        is_common_table(token.name)) {
+      expect_table = false;
+      several_rows_per_row = true;  // rows of a query, not of one table
+      continue;
+    }
     if (expect_table && (token.kind == Token::Word || token.kind == Token::QuotedName)) {
       expect_table = false;
       std::shared_ptr<const TableDefinition> table = catalogue.Find(token.name);
       if (!table) Raise(errc::kTableNotFound, token.name);
       if (table->system && writes) Raise(errc::kReadOnly, "(" + table->name + ")");
-      replace(token, QuoteIdentifier(table->stored_name));
+      // A table stored under another name keeps the name the statement
+      // gave it, for the columns qualified with it (spantop.X).
+      std::string stored = QuoteIdentifier(table->stored_name);
+      if (!detail::NameEqual{}(table->stored_name, token.name) && !IsAlias(tokens, i + 1))
+        stored += " AS " + QuoteIdentifier(token.name);
+      replace(token, stored);
       if (++tables_named == 1)
         translation.table = table;
       else if (translation.table != table)
@@ -150,6 +216,8 @@ Translation TranslateStatement(std::string_view sql, const Catalogue& catalogue)
       continue;
     }
     expect_table = false;
+    for (std::string_view keyword : {"JOIN", "GROUP", "DISTINCT", "UNION", "HAVING"})
+      if (IsKeyword(token, keyword)) several_rows_per_row = true;
     if (IsKeyword(token, "ORDER") || IsKeyword(token, "GROUP"))
       ordering = true;
     else if (IsKeyword(token, "HAVING") || IsKeyword(token, "LIMIT") || IsKeyword(token, "UNION"))
@@ -161,6 +229,7 @@ Translation TranslateStatement(std::string_view sql, const Catalogue& catalogue)
       expect_table = true;
     } else if (in_from_list && token.name == ",") {
       expect_table = true;
+      several_rows_per_row = true;
     } else if (token.kind == Token::Other || IsKeyword(token, "WHERE") ||
                IsKeyword(token, "GROUP") || IsKeyword(token, "ORDER") || IsKeyword(token, "ON") ||
                IsKeyword(token, "UNION") || IsKeyword(token, "LIMIT")) {
@@ -168,6 +237,7 @@ Translation TranslateStatement(std::string_view sql, const Catalogue& catalogue)
     }
   }
   translation.text.append(sql.substr(copied));
+  if (several_rows_per_row) translation.table = nullptr;
   return translation;
 }
 

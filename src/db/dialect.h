@@ -25,8 +25,10 @@ namespace seluvorne::db {
 struct Translation {
   std::string text;                  // the statement for SQLite
   std::vector<std::string> numbers;  // the values of its parameters, in order
-  // The table a statement that names exactly one table names, else null.
+  // The table a statement that names exactly one table names, without a
+  // join, grouping, DISTINCT or UNION (rows of it a set could add), else null.
   std::shared_ptr<const TableDefinition> table;
+  std::string first_word;  // what kind of statement it is (SELECT, DELETE, PRAGMA, ...)
 };
 
 // Raises 3078 for a table the catalogue does not know, 3027 for a statement

@@ -1,16 +1,33 @@
 // The engine and its default workspace: where databases are opened and made.
 
+#include <climits>
 #include <filesystem>
 
 #include "connection.h"
 #include "file_format.h"
 #include "seluvorne/dao.h"
+#include "seluvorne/member_table.h"
 #include "seluvorne/paths.h"
 #include "states.h"
 
 namespace seluvorne::dao {
 
 namespace {
+
+// The file a caller names: 52 for an empty name, a NUL in it, or a name
+// SQLite would read as a URI ("file:..."); 3044 for a name longer than the
+// system allows.
+std::filesystem::path DatabasePath(const std::string& path) {
+  if (path.empty()) Raise(errc::kBadFileName, "(no file name)");
+  if (path.size() >= 5 && detail::NameEqual{}(std::string_view(path).substr(0, 5), "file:"))
+    Raise(errc::kBadFileName, "(" + path + ")");
+  std::filesystem::path native = NativePath(path);
+  bool too_long = native.native().size() >= PATH_MAX;
+  for (const auto& part : native)
+    too_long = too_long || part.native().size() > NAME_MAX;
+  if (too_long) Raise(errc::kInvalidPath, path);
+  return native;
+}
 
 // 3044 when the folder the file would be in does not exist.
 void CheckFolder(const std::filesystem::path& native, const std::string& shown_path) {
@@ -108,7 +125,7 @@ std::shared_ptr<Database> Workspace::OpenDatabase(const std::string& path,
   if ((options && vb::CBool(*options)) || read_only.value_or(false) ||
       !connect.value_or("").empty())
     Raise(errc::kInvalidArgument, "(only shared, read-write opens are supported)");
-  std::filesystem::path native = NativePath(path);
+  std::filesystem::path native = DatabasePath(path);
   CheckFolder(native, path);
   std::error_code ignored;
   if (!std::filesystem::is_regular_file(native, ignored)) Raise(errc::kFileNotFoundDb, path);
@@ -119,7 +136,7 @@ std::shared_ptr<Database> Workspace::CreateDatabase(const std::string& path,
                                                     const std::string& locale,
                                                     std::optional<std::int32_t>) {
   if (!locale.starts_with(";LANGID=")) Raise(errc::kInvalidArgument, "(locale '" + locale + "')");
-  std::filesystem::path native = NativePath(path);
+  std::filesystem::path native = DatabasePath(path);
   CheckFolder(native, path);
   std::error_code ignored;
   if (std::filesystem::exists(std::filesystem::symlink_status(native, ignored)))

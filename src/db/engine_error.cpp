@@ -2,12 +2,17 @@
 
 #include <sqlite3.h>
 
+#include <cerrno>
+#include <cstring>
+
 #include "seluvorne/error.h"
 
 namespace seluvorne::db {
 
 void RaiseEngineError(const SQLite::Exception& failure, std::string_view path, Stage stage) {
-  switch (failure.getErrorCode()) {
+  // Extended codes (SQLITE_IOERR_WRITE, SQLITE_READONLY_DBMOVED, ...) carry
+  // their primary code in the low byte.
+  switch (failure.getErrorCode() & 0xff) {
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
       Raise(errc::kLocked);
@@ -19,14 +24,35 @@ void RaiseEngineError(const SQLite::Exception& failure, std::string_view path, S
     case SQLITE_PERM:
     case SQLITE_AUTH:
       Raise(errc::kCannotOpenFile, path);
-    case SQLITE_IOERR:
     case SQLITE_FULL:
+      Raise(errc::kDiskFull, failure.what());
+    case SQLITE_IOERR:
       Raise(errc::kDiskError, failure.what());
     case SQLITE_NOMEM:
       Raise(errc::kOutOfMemory);
     default:
       if (stage == Stage::Prepare) Raise(errc::kSyntaxError, failure.what());
       Raise(errc::kEngineReserved, failure.what());
+  }
+}
+
+void RaiseFileError(int error, std::string_view path) {
+  switch (error) {
+    case EEXIST:
+      Raise(errc::kDatabaseExists);
+    case EACCES:
+    case EPERM:
+    case EROFS:
+      Raise(errc::kCannotOpenFile, path);
+    case ENAMETOOLONG:
+    case ENOENT:
+    case ENOTDIR:
+      Raise(errc::kInvalidPath, path);
+    case ENOSPC:
+    case EDQUOT:
+      Raise(errc::kDiskFull, std::strerror(error));
+    default:
+      Raise(errc::kDiskError, std::strerror(error));
   }
 }
 

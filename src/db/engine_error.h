@@ -15,11 +15,17 @@ enum class Stage { Prepare, Run };
 
 // Raises the engine's error for SQLite's `failure` on the file shown as
 // `path`: 3218 when locked past the busy timeout, 3343 for a damaged or
-// foreign file, 3051 when the file cannot be opened or written, 3043 for
-// disk errors, 3131 with SQLite's message for a rejected statement, and 3000
-// with SQLite's message for anything else.
+// foreign file, 3051 when the file cannot be opened or written, 3026 for a
+// full disk, 3043 for other disk errors, 3131 with SQLite's message for a rejected statement, and
+// 3000 with SQLite's message for anything else.
 [[noreturn]] void RaiseEngineError(const SQLite::Exception& failure, std::string_view path,
                                    Stage stage = Stage::Run);
+
+// Raises the engine's error for a failed system call on the file shown as
+// `path` (errno `error`): 3204 when it exists, 3051 when permission or a
+// read-only file system stops it, 3044 for a name too long, 3026 for a full
+// disk, 3043 for other failures.
+[[noreturn]] void RaiseFileError(int error, std::string_view path);
 
 // Runs `work`, turning SQLite's exceptions into the engine's errors.
 template <class F>

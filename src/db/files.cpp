@@ -78,13 +78,19 @@ void CopyFile(std::string_view source, std::string_view destination) {
   fs::path copy = to.string() + ".copying";
   try {
     {
-      SQLite::Database reader(from.string(), SQLite::OPEN_READONLY, db::Connection::BusyTimeout());
-      SQLite::Database writer(copy.string(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
+      SQLite::Database reader(from.string(), SQLite::OPEN_READONLY, db::Connection::BusyTimeout(),
+                              db::Connection::VfsName());
+      SQLite::Database writer(copy.string(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE, 0,
+                              db::Connection::VfsName());
       SQLite::Backup backup(writer, reader);
       backup.executeStep();
     }
     RemoveCompanions(to);  // a log left beside the old file must not meet the new one
     fs::rename(copy, to);
+  } catch (const SQLite::Exception& failure) {  // a full disk, a failing one, a lock
+    fs::remove(copy, ignored);
+    RemoveCompanions(copy);
+    db::RaiseEngineError(failure, destination);
   } catch (const std::exception& failure) {
     fs::remove(copy, ignored);
     RemoveCompanions(copy);

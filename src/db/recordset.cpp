@@ -11,11 +11,15 @@ namespace seluvorne::db {
 void RecordsetState::Load() {
   Connection& connection = Use();
   PreparedStatement& statement = connection.Prepare(query);
-  const int width = static_cast<int>(columns.size());
-  values.reserve(static_cast<std::size_t>(width) * 256);  // a page of most tables, unmoved
   Guarded(connection.shown_path(), [&] {
     try {
-      while (statement.Step()) {
+      // The first step prepares the statement again when the schema changed
+      // since it was cached, so the columns are read after it.
+      bool row = statement.Step();
+      if (from_query) DescribeColumns(connection, statement);
+      const int width = static_cast<int>(columns.size());
+      values.reserve(static_cast<std::size_t>(width) * 256);  // a page of most tables, unmoved
+      for (; row; row = statement.Step()) {
         for (int column = 0; column < width; ++column)
           values.push_back(statement.Read(column));
         ++rows;
@@ -30,6 +34,46 @@ void RecordsetState::Load() {
   loaded = true;
   position = 0;
   visited = rows > 0 ? 1 : 0;
+}
+
+namespace {
+// Whether a column's name is one a statement gave it (PAGE, AS N) rather
+// than the text of an expression (PAGE + ?, COUNT(*)).
+bool IsGivenName(std::string_view name) {
+  if (name.empty()) return false;
+  for (unsigned char c : name)
+    if (!((c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '_' ||
+          c >= 0x80))
+      return false;
+  return true;
+}
+}  // namespace
+
+void RecordsetState::DescribeColumns(Connection& connection, const PreparedStatement& statement) {
+  const Catalogue& catalogue = connection.catalogue();
+  columns.clear();
+  column_fields.clear();
+  origins.clear();
+  int expressions = 0;
+  for (int i = 0; i < statement.ColumnCount(); ++i) {
+    ColumnOrigin origin;
+    const char* stored_table = statement.ColumnTable(i);
+    const char* stored_field = statement.ColumnOrigin(i);
+    if (stored_table && stored_field)
+      for (const auto& candidate : catalogue.tables())
+        if (candidate->stored_name == stored_table) {
+          origin = {candidate, candidate->FieldIndex(stored_field)};
+          break;
+        }
+    std::string name = statement.ColumnName(i);
+    // Unnamed expressions are named as the original engine named them.
+    if (!stored_field && !IsGivenName(name)) name = "Expr" + std::to_string(1000 + expressions++);
+    columns.push_back(std::move(name));
+    const bool own = origin.table && table && origin.table->stored_name == table->stored_name;
+    column_fields.push_back(own ? origin.field : -1);
+    if (column_fields.back() < 0) table = nullptr;  // an expression, or another table's field
+    origins.push_back(std::move(origin));
+  }
 }
 
 vb::Variant RecordsetState::ValueAt(int column) {
@@ -52,6 +96,10 @@ void RecordsetState::SetValueAt(int column, vb::Variant value) {
 }
 
 const FieldDefinition* RecordsetState::FieldAt(int column) const {
+  if (from_query) {
+    const ColumnOrigin& origin = origins[column];
+    return origin.table && origin.field >= 0 ? &origin.table->fields[origin.field] : nullptr;
+  }
   int field = column_fields[column];
   return field >= 0 ? &table->fields[field] : nullptr;
 }
@@ -120,7 +168,9 @@ void Recordset::MoveNext() {
 
 std::int32_t Recordset::RecordCount() const {
   state_->EnsureLoaded();
-  return state_->visited;
+  // A table-type set knows its table's row count at once; the others count
+  // the rows visited so far.
+  return state_->type == dbOpenTable ? state_->rows : state_->visited;
 }
 
 std::shared_ptr<dao::Fields> Recordset::Fields() {

@@ -25,6 +25,10 @@ class PreparedStatement {
 
   int ColumnCount() const { return sqlite3_column_count(handle_); }
   const char* ColumnName(int column) const { return sqlite3_column_name(handle_, column); }
+  // The table and column a result column reads, as SQLite stores them;
+  // null for an expression.
+  const char* ColumnTable(int column) const { return sqlite3_column_table_name(handle_, column); }
+  const char* ColumnOrigin(int column) const { return sqlite3_column_origin_name(handle_, column); }
   // Ends a run (and its read transaction); bindings stay.
   void Reset() { sqlite3_reset(handle_); }
 

@@ -45,7 +45,14 @@ struct RecordsetState {
   std::shared_ptr<const TableDefinition> table;
   std::vector<std::string> columns;
   std::vector<int> column_fields;  // per column, its field in `table`, or -1
-  Translation query;               // what reads the rows, for SQLite
+  // Per column of a set opened on a query, the field it reads, if any.
+  struct ColumnOrigin {
+    std::shared_ptr<const TableDefinition> table;
+    int field = -1;
+  };
+  std::vector<ColumnOrigin> origins;
+  bool from_query = false;  // columns come from the statement, known when it runs
+  Translation query;        // what reads the rows, for SQLite
   bool loaded = false;
   bool closed = false;
 
@@ -70,6 +77,10 @@ struct RecordsetState {
     if (!loaded) Load();
   }
   void Load();
+  // Names the columns of a set opened on a query as the statement has them
+  // now, with the field each reads; a set reading anything but fields of its
+  // one table cannot add rows.
+  void DescribeColumns(Connection& connection, const PreparedStatement& statement);
   // Column `column` of the current row (3021 at the end or start), or of the
   // row being added.
   vb::Variant ValueAt(int column);

@@ -36,6 +36,7 @@ constexpr Entry kDescriptions[] = {
     {errc::kUpdateWithoutAddNew, "Update or CancelUpdate without AddNew or Edit."},
     {errc::kNoCurrentRecord, "No current record."},
     {errc::kFileNotFoundDb, "Could not find file '…'."},
+    {errc::kDiskFull, "Not enough space on disk."},
     {errc::kReadOnly, "Cannot update. Database or object is read-only."},
     {errc::kDiskError, "Disk or network error."},
     {errc::kInvalidPath, "'…' isn't a valid path."},
@@ -47,6 +48,8 @@ constexpr Entry kDescriptions[] = {
     {errc::kInvalidName,
      "'…' isn't a valid name. Make sure that it doesn't include invalid characters or "
      "punctuation and that it isn't too long."},
+    {errc::kInvalidSqlStatement,
+     "Invalid SQL statement; expected 'DELETE', 'INSERT', 'PROCEDURE', 'SELECT', or 'UPDATE'."},
     {errc::kSyntaxError, "Syntax error in FROM clause."},
     {errc::kTextAfterStatement, "Characters found after end of SQL statement."},
     {errc::kFieldTooSmall,

@@ -6,6 +6,7 @@
 #include <iterator>
 
 #include "db_fixture.h"
+#include "engine_error.h"
 
 namespace seluvorne::testing {
 namespace {
@@ -111,6 +112,64 @@ TEST_F(DatabaseTest, FilesThatAreNotOursRaise3343) {
       EXPECT_EQ(error.description.find("legacy") != std::string::npos, legacy);
     }
   }
+}
+
+struct PathCase {
+  std::string file;  // in the scratch folder, or the whole path when it is absolute or empty
+  bool create;       // CreateDatabase, else OpenDatabase
+  int error;
+};
+
+std::ostream& operator<<(std::ostream& out, const PathCase& path) {
+  std::string shown = path.file.substr(0, 40);
+  for (char& c : shown)
+    if (c == '\0') c = '@';
+  return out << (path.create ? "create " : "open ") << shown;
+}
+
+class PathTest : public DbTest, public ::testing::WithParamInterface<PathCase> {};
+
+// Names no file can have, or that SQLite would read as something else, are
+// refused before anything is touched; a.mdb exists, and nothing else appears.
+TEST_P(PathTest, BadNamesRaiseAndTouchNothing) {
+  Create("a.mdb")->Close();
+  const PathCase& path = GetParam();
+  // A name with a colon is given as it is (a URI is never a folder's file).
+  std::string full =
+      path.file.empty() || path.file.find(':') != std::string::npos ? path.file : PathOf(path.file);
+  auto engine = dao::DBEngine::Instance();
+  if (path.create)
+    EXPECT_RAISES(engine->CreateDatabase(full, std::string(dao::dbLangJapanese)), path.error);
+  else
+    EXPECT_RAISES(engine->OpenDatabase(full), path.error);
+  std::vector<std::string> files;
+  for (const auto& entry : std::filesystem::directory_iterator(folder_))
+    files.push_back(entry.path().filename().string());
+  EXPECT_EQ(files, (Names{"a.mdb"}));
+  EXPECT_FALSE(std::filesystem::exists("a.mdb"));
+}
+
+using namespace std::string_literals;
+INSTANTIATE_TEST_SUITE_P(
+    Paths, PathTest,
+    ::testing::Values(PathCase{"b.mdb\0.txt"s, true, kBadFileName},
+                      PathCase{"a.mdb\0anything"s, false, kBadFileName},
+                      PathCase{"file:a.mdb?mode=memory", true, kBadFileName},
+                      PathCase{"FILE:a.mdb", false, kBadFileName}, PathCase{"", true, kBadFileName},
+                      PathCase{"", false, kBadFileName},
+                      PathCase{std::string(300, 'x') + ".mdb", true, kInvalidPath},
+                      PathCase{std::string(300, 'x') + ".mdb", false, kInvalidPath},
+                      PathCase{std::string(5000, 'x'), true, kInvalidPath}));
+
+// A failed system call on a file: permission and a read-only file system are
+// 3051, and only they.
+TEST(FileErrorTest, SystemErrorsMapToTheEnginesNumbers) {
+  const std::pair<int, int> cases[] = {{EEXIST, kDatabaseExists},    {EACCES, kCannotOpenFile},
+                                       {EPERM, kCannotOpenFile},     {EROFS, kCannotOpenFile},
+                                       {ENAMETOOLONG, kInvalidPath}, {ENOSPC, kDiskFull},
+                                       {EDQUOT, kDiskFull},          {EIO, kDiskError}};
+  for (auto [system_error, number] : cases)
+    EXPECT_RAISES(db::RaiseFileError(system_error, "x.mdb"), number) << system_error;
 }
 
 }  // namespace

@@ -1,6 +1,8 @@
 // Record sets: reading forwards, the record count, adding rows and the rules
 // fields apply to them.
 
+#include <SQLiteCpp/SQLiteCpp.h>
+
 #include "db_fixture.h"
 
 namespace seluvorne::testing {
@@ -112,6 +114,95 @@ TEST_F(RecordsetTest, GetRowsGivesFieldByRowAndMovesOn) {
   EXPECT_TRUE(rs->IsEOF());
   EXPECT_EQ(rs->RecordCount(), 5);
   EXPECT_RAISES(rs->GetRows(1), kNoCurrentRecord);
+}
+
+TEST_F(RecordsetTest, ATableTypeSetCountsItsTableAtOnce) {
+  EXPECT_EQ(db->OpenRecordset("KUTAIDATA", dao::dbOpenTable)->RecordCount(), 6);
+  EXPECT_EQ(db->OpenRecordset("KUTAIDATA", dao::dbOpenDynaset)->RecordCount(), 1);
+}
+
+struct ShapeCase {
+  const char* sql;
+  std::vector<std::string> names;
+  std::vector<int> types;  // -1: an expression, not checked
+  bool adds;               // AddNew is allowed; else 3027
+};
+
+std::ostream& operator<<(std::ostream& out, const ShapeCase& shape) {
+  return out << shape.sql;
+}
+
+// Beside KUTAIDATA, "SPANTOP" (X text) and "spantop" (X integer), which
+// SQLite keeps under another name.
+class ShapeTest : public RecordsetTest, public ::testing::WithParamInterface<ShapeCase> {
+ protected:
+  void SetUp() override {
+    RecordsetTest::SetUp();
+    for (auto [name, type] : {std::pair{"SPANTOP", dao::dbText}, {"spantop", dao::dbInteger}}) {
+      auto table = db->CreateTableDef(name);
+      table->Fields()->Append(table->CreateField("X", type, 10));
+      db->TableDefs()->Append(table);
+    }
+  }
+};
+
+// A set's fields are named and typed after the fields they read; a set that
+// reads anything but the fields of one table adds no rows.
+TEST_P(ShapeTest, FieldsComeFromTheirOriginAndOnlyPlainSetsAdd) {
+  const ShapeCase& shape = GetParam();
+  auto rs = db->OpenRecordset(shape.sql, dao::dbOpenDynaset);
+  auto fields = rs->Fields();
+  ASSERT_EQ(fields->Count(), static_cast<std::int32_t>(shape.names.size()));
+  for (std::int32_t i = 0; i < fields->Count(); ++i) {
+    EXPECT_EQ(fields->Item(i)->Name(), shape.names[i]);
+    if (shape.types[i] >= 0) {
+      EXPECT_EQ(fields->Item(i)->Type(), shape.types[i]) << i;
+    }
+  }
+  if (shape.adds)
+    rs->AddNew();
+  else
+    EXPECT_RAISES(rs->AddNew(), kReadOnly);
+}
+
+using Names = std::vector<std::string>;
+using Types = std::vector<int>;
+INSTANTIATE_TEST_SUITE_P(
+    Shapes, ShapeTest,
+    ::testing::Values(
+        ShapeCase{"SELECT * FROM KUTAIDATA WHERE PAGE = 3;",
+                  Names{"PAGE", "SUBPAGE", "BANGOU", "DATA"}, Types{3, 3, 3, 10}, true},
+        ShapeCase{"SELECT PAGE AS TXT, DATA FROM KUTAIDATA;", Names{"TXT", "DATA"}, Types{3, 10},
+                  true},
+        ShapeCase{"SELECT spantop.X FROM spantop;", Names{"X"}, Types{3}, true},
+        ShapeCase{"SELECT s.X FROM SPANTOP s;", Names{"X"}, Types{10}, true},
+        ShapeCase{"SELECT PAGE + 1, COUNT(*) AS N, DATA, 'a' FROM KUTAIDATA;",
+                  Names{"Expr1000", "N", "DATA", "Expr1001"}, Types{-1, -1, 10, -1}, false},
+        ShapeCase{"SELECT COUNT(*) AS N FROM KUTAIDATA;", Names{"N"}, Types{-1}, false},
+        ShapeCase{"SELECT PAGE FROM KUTAIDATA GROUP BY PAGE;", Names{"PAGE"}, Types{3}, false},
+        ShapeCase{"SELECT DISTINCT PAGE FROM KUTAIDATA;", Names{"PAGE"}, Types{3}, false},
+        ShapeCase{"SELECT a.PAGE, b.DATA FROM KUTAIDATA a, KUTAIDATA b;", Names{"PAGE", "DATA"},
+                  Types{3, 10}, false},
+        ShapeCase{"SELECT k.PAGE, s.X FROM KUTAIDATA k JOIN spantop s ON k.PAGE = s.X;",
+                  Names{"PAGE", "X"}, Types{3, 3}, false}));
+
+// A statement cached before another program changed the table is prepared
+// again, with the columns the table has now.
+TEST_F(RecordsetTest, CachedStatementsFollowASchemaChange) {
+  auto table = db->CreateTableDef("T");
+  table->Fields()->Append(table->CreateField("PAGE", dao::dbInteger));
+  table->Fields()->Append(table->CreateField("A", dao::dbInteger));
+  table->Fields()->Append(table->CreateField("B", dao::dbText, 5));
+  db->TableDefs()->Append(table);
+  db->Execute("INSERT INTO T (PAGE, A, B) VALUES (1, 2, 'b')", dao::dbFailOnError);
+  EXPECT_EQ(db->OpenRecordset("SELECT * FROM T;", dao::dbOpenSnapshot)->Fields()->Count(), 3);
+
+  SQLite::Database(PathOf("SELUVORN.mdb"), SQLite::OPEN_READWRITE)
+      .exec("ALTER TABLE T DROP COLUMN A");
+  auto rs = db->OpenRecordset("SELECT * FROM T;", dao::dbOpenSnapshot);
+  ASSERT_EQ(rs->Fields()->Count(), 2);
+  EXPECT_EQ(rs->Fields()->Item(1)->Name(), "B");
+  EXPECT_EQ(rs->Value("B"), Variant("b"));
 }
 
 }  // namespace
