@@ -53,7 +53,7 @@ std::shared_ptr<Recordset> Database::OpenRecordset(const std::string& source,
   auto state = std::make_shared<db::RecordsetState>();
   state->database = state_;
   state->type = kind;
-  if (std::shared_ptr<const db::TableDefinition> table = connection.catalogue().Find(source)) {
+  if (std::shared_ptr<const db::TableDefinition> table = connection.FindTable(source)) {
     // A table by name: its fields in order; rows are read when first needed.
     state->table = table;
     std::string& query = state->query.text;
@@ -107,11 +107,14 @@ TableDefs::TableDefs(std::shared_ptr<db::DatabaseState> database)
     : database_(std::move(database)) {}
 
 std::int32_t TableDefs::Count() const {
-  return static_cast<std::int32_t>(database_->Use().catalogue().tables().size());
+  // A listing starts here: it shows the tables other processes added too.
+  db::Connection& connection = database_->Use();
+  connection.RefreshCatalogue();
+  return static_cast<std::int32_t>(connection.catalogue().tables().size());
 }
 
 std::shared_ptr<TableDef> TableDefs::Item(std::string_view name) const {
-  std::shared_ptr<const db::TableDefinition> table = database_->Use().catalogue().Find(name);
+  std::shared_ptr<const db::TableDefinition> table = database_->Use().FindTable(name);
   if (!table) Raise(errc::kItemNotFound, "(" + std::string(name) + ")");
   return std::make_shared<TableDef>(database_, std::move(table));
 }

@@ -10,23 +10,25 @@ namespace seluvorne::db {
 
 void RecordsetState::Load() {
   Connection& connection = Use();
-  PreparedStatement& statement = connection.Prepare(query);
-  const int width = static_cast<int>(columns.size());
-  values.reserve(static_cast<std::size_t>(width) * 256);  // a page of most tables, unmoved
-  Guarded(connection.shown_path(), [&] {
-    try {
+  // The same query on an unchanged file gives the same rows: share them.
+  std::shared_ptr<const Connection::Rows> read = connection.RememberedRows(query);
+  if (!read) {
+    auto fresh = std::make_shared<Connection::Rows>();
+    PreparedStatement& statement = connection.Prepare(query);
+    const int width = static_cast<int>(columns.size());
+    Guarded(connection.shown_path(), [&] {
       while (statement.Step()) {
         for (int column = 0; column < width; ++column)
-          values.push_back(statement.Read(column));
-        ++rows;
+          fresh->values.push_back(statement.Read(column));
+        ++fresh->count;
       }
       statement.Reset();  // ends the read transaction now, not at the next use
-    } catch (...) {
-      values.clear();
-      rows = 0;
-      throw;
-    }
-  });
+    });
+    connection.RememberRows(query, fresh);
+    read = std::move(fresh);
+  }
+  result = std::move(read);
+  rows = result->count;
   loaded = true;
   position = 0;
   visited = rows > 0 ? 1 : 0;
@@ -40,7 +42,7 @@ vb::Variant RecordsetState::ValueAt(int column) {
   }
   if (!loaded) Load();
   if (position >= rows) Raise(errc::kNoCurrentRecord);
-  return values[static_cast<std::size_t>(position) * columns.size() + column];
+  return result->values[static_cast<std::size_t>(position) * columns.size() + column];
 }
 
 void RecordsetState::SetValueAt(int column, vb::Variant value) {
@@ -194,7 +196,7 @@ vb::Array<vb::Variant> Recordset::GetRows(std::optional<std::int32_t> rows) {
   for (std::int32_t row = 0; row < count; ++row)
     for (std::int32_t column = 0; column < width; ++column)
       result(column, row) =
-          state_->values[static_cast<std::size_t>(state_->position + row) * width + column];
+          state_->result->values[static_cast<std::size_t>(state_->position + row) * width + column];
   state_->adding = false;
   state_->position += count;
   state_->visited = std::max(state_->visited, std::min(state_->position + 1, state_->rows));
@@ -204,8 +206,7 @@ vb::Array<vb::Variant> Recordset::GetRows(std::optional<std::int32_t> rows) {
 void Recordset::Close() {
   state_->Use();
   state_->closed = true;
-  state_->values.clear();
-  state_->values.shrink_to_fit();
+  state_->result.reset();
 }
 
 }  // namespace seluvorne::dao

@@ -27,6 +27,8 @@ class PreparedStatement {
   const char* ColumnName(int column) const { return sqlite3_column_name(handle_, column); }
   // Ends a run (and its read transaction); bindings stay.
   void Reset() { sqlite3_reset(handle_); }
+  // How often SQLite re-prepared the statement, as it does after a schema change.
+  int Reprepares() const { return sqlite3_stmt_status(handle_, SQLITE_STMTSTATUS_REPREPARE, 0); }
 
   // Binds Integer, Long and reals as numbers, text as text, Null (and Empty) as NULL.
   void Bind(int index, const vb::Variant& value);
