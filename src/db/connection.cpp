@@ -101,7 +101,17 @@ void Connection::Release(Connection* released) {
     if (found != TheRegistry().end() && found->second.expired()) TheRegistry().erase(found);
   }
   // A connection left inside a transaction is closed, which rolls it back.
-  if (!sqlite3_get_autocommit(connection->sqlite_.getHandle())) return;
+  sqlite3* handle = connection->sqlite_.getHandle();
+  if (!sqlite3_get_autocommit(handle)) return;
+  // The log goes into the file and is emptied, as a close would do, so that
+  // an idle file is complete without its log (a copy or a rename over it by
+  // another program loses nothing). When another process is in the way the
+  // connection is closed instead, without waiting.
+  sqlite3_busy_timeout(handle, 0);
+  int checkpoint =
+      sqlite3_wal_checkpoint_v2(handle, "main", SQLITE_CHECKPOINT_TRUNCATE, nullptr, nullptr);
+  sqlite3_busy_timeout(handle, BusyTimeout());
+  if (checkpoint != SQLITE_OK) return;
   // Kept with the file's status now, after its last write here: it is reused
   // only if nothing changed the file since.
   FileStatus now;
@@ -120,8 +130,12 @@ void Connection::CloseIdle(const std::filesystem::path& path) {
 }
 
 void Connection::LeaveCompanionFiles() {
+  // No checkpoint on close (the log and its index at the path may belong to
+  // the new file by now) and no deletion of them.
+  sqlite3* handle = sqlite_.getHandle();
+  sqlite3_db_config(handle, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
   int persist = 1;
-  sqlite3_file_control(sqlite_.getHandle(), "main", SQLITE_FCNTL_PERSIST_WAL, &persist);
+  sqlite3_file_control(handle, "main", SQLITE_FCNTL_PERSIST_WAL, &persist);
 }
 
 std::shared_ptr<Connection> Connection::Open(const std::filesystem::path& path,
@@ -135,7 +149,7 @@ std::shared_ptr<Connection> Connection::Open(const std::filesystem::path& path,
       if (found != TheRegistry().end()) shared = found->second.lock();
     }
     if (shared) return shared;
-    if (std::unique_ptr<Connection> idle = IdleConnections::Take(status)) {
+    if (std::unique_ptr<Connection> idle = IdleConnections::Take(path, status)) {
       idle->shown_path_ = shown_path;
       idle->sqlite_.setBusyTimeout(BusyTimeout());
       return Register(std::move(idle));

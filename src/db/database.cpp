@@ -53,7 +53,11 @@ std::shared_ptr<Recordset> Database::OpenRecordset(const std::string& source,
   auto state = std::make_shared<db::RecordsetState>();
   state->database = state_;
   state->type = kind;
-  if (std::shared_ptr<const db::TableDefinition> table = connection.FindTable(source)) {
+  // A source with blanks is most likely a statement: the catalogue as read
+  // answers for it, without rereading it for a name that is not there.
+  const bool statement_like = source.find_first_of(" \t\r\n") != std::string::npos;
+  if (std::shared_ptr<const db::TableDefinition> table =
+          statement_like ? connection.catalogue().Find(source) : connection.FindTable(source)) {
     // A table by name: its fields in order; rows are read when first needed.
     state->table = table;
     std::string& query = state->query.text;
@@ -67,7 +71,7 @@ std::shared_ptr<Recordset> Database::OpenRecordset(const std::string& source,
     return std::make_shared<Recordset>(std::move(state));
   }
 
-  if (source.find_first_of(" \t\r\n") == std::string::npos) Raise(errc::kTableNotFound, source);
+  if (!statement_like) Raise(errc::kTableNotFound, source);
   if (kind == dbOpenTable) Raise(errc::kInvalidOperation, "(a table-type set needs a table name)");
   state->query = connection.Translate(source);
   state->table = state->query.table;

@@ -147,18 +147,26 @@ void IdleConnections::Keep(std::unique_ptr<Connection> connection,
   CloseAll(closing);
 }
 
-std::unique_ptr<Connection> IdleConnections::Take(const FileStatus& status) {
+std::unique_ptr<Connection> IdleConnections::Take(const std::filesystem::path& path,
+                                                  const FileStatus& status) {
   IdleList& list = TheList();
-  std::lock_guard lock(list.mutex);
-  const pid_t self = ::getpid();
-  for (auto it = list.entries.begin(); it != list.entries.end(); ++it) {
-    if (it->owner == self && it->status == status) {
-      std::unique_ptr<Connection> connection = std::move(it->connection);
+  std::vector<Entry> closing;
+  std::unique_ptr<Connection> taken;
+  {
+    std::lock_guard lock(list.mutex);
+    const pid_t self = ::getpid();
+    for (auto it = list.entries.begin(); it != list.entries.end(); ++it) {
+      if (it->owner != self || it->path != path) continue;
+      if (it->status == status)
+        taken = std::move(it->connection);
+      else
+        closing.push_back(std::move(*it));
       list.entries.erase(it);
-      return connection;
+      break;
     }
   }
-  return nullptr;
+  CloseAll(closing);
+  return taken;
 }
 
 void IdleConnections::Close(const std::filesystem::path& path) {

@@ -44,9 +44,12 @@ class IdleConnections {
   // it was opened; the oldest beyond kCapacity is closed at once.
   static void Keep(std::unique_ptr<Connection> connection, const std::filesystem::path& path,
                    const FileStatus& status);
-  // The idle connection of the file with `status`, taken out of the list;
-  // null when there is none.
-  static std::unique_ptr<Connection> Take(const FileStatus& status);
+  // The idle connection of `path`, taken out of the list, when the file
+  // there still has `status`; null when there is none. One kept for a file
+  // that `path` no longer names is closed first, before a new connection
+  // opens the files of that path.
+  static std::unique_ptr<Connection> Take(const std::filesystem::path& path,
+                                          const FileStatus& status);
   // Closes the idle connections of `path` and of the file it names.
   static void Close(const std::filesystem::path& path);
 };
