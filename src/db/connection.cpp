@@ -17,7 +17,9 @@ namespace seluvorne::db {
 namespace {
 
 constexpr std::size_t kCachedStatements = 64;
-constexpr std::size_t kCachedTranslations = 256;
+// Enough for a statement per page of a floor and a few more, so that a pass
+// over every page translates each text once.
+constexpr std::size_t kCachedTranslations = 1024;
 // Results remembered per connection, and the most values one may hold: the
 // reads repeated while a file is unchanged are a page's rows or a column of
 // the whole floor, not whole tables.

@@ -166,17 +166,11 @@ TableDef::TableDef(std::string name)
     : name_(std::move(name)),
       fields_(std::make_shared<dao::Fields>(std::vector<std::shared_ptr<Field>>{}, true)) {}
 
+// Its Fields are made when first asked for: the table checks of every floor
+// open look a table up by name and read only its Name.
 TableDef::TableDef(std::shared_ptr<db::DatabaseState> database,
-                   std::shared_ptr<const db::TableDefinition> table) {
-  std::vector<std::shared_ptr<Field>> fields;
-  for (const db::FieldDefinition& definition : table->fields)
-    fields.push_back(
-        std::make_shared<Field>(std::make_shared<db::FieldDefinitionState>(definition, true)));
-  name_ = table->name;
-  fields_ = std::make_shared<dao::Fields>(std::move(fields), false);
-  database_ = std::move(database);
-  appended_ = std::move(table);
-}
+                   std::shared_ptr<const db::TableDefinition> table)
+    : name_(table->name), database_(std::move(database)), appended_(std::move(table)) {}
 
 void TableDef::BecomeAppended(std::shared_ptr<db::DatabaseState> database,
                               std::shared_ptr<const db::TableDefinition> table) {
@@ -201,6 +195,13 @@ std::shared_ptr<Field> TableDef::CreateField(const std::string& name,
 
 std::shared_ptr<dao::Fields> TableDef::Fields() {
   if (database_) database_->Use();
+  if (!fields_) {
+    std::vector<std::shared_ptr<Field>> fields;
+    for (const db::FieldDefinition& definition : appended_->fields)
+      fields.push_back(
+          std::make_shared<Field>(std::make_shared<db::FieldDefinitionState>(definition, true)));
+    fields_ = std::make_shared<dao::Fields>(std::move(fields), false);
+  }
   return fields_;
 }
 

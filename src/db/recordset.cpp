@@ -16,6 +16,7 @@ void RecordsetState::Load() {
     auto fresh = std::make_shared<Connection::Rows>();
     PreparedStatement& statement = connection.Prepare(query);
     const int width = static_cast<int>(columns.size());
+    fresh->values.reserve(statement.values_last_read);
     Guarded(connection.shown_path(), [&] {
       while (statement.Step()) {
         for (int column = 0; column < width; ++column)
@@ -24,6 +25,7 @@ void RecordsetState::Load() {
       }
       statement.Reset();  // ends the read transaction now, not at the next use
     });
+    statement.values_last_read = fresh->values.size();
     connection.RememberRows(query, fresh);
     read = std::move(fresh);
   }
@@ -193,10 +195,10 @@ vb::Array<vb::Variant> Recordset::GetRows(std::optional<std::int32_t> rows) {
   std::int32_t count = std::min(wanted, state_->rows - state_->position);
   const auto width = static_cast<std::int32_t>(state_->columns.size());
   vb::Array<vb::Variant> result({width - 1, count - 1});
-  for (std::int32_t row = 0; row < count; ++row)
-    for (std::int32_t column = 0; column < width; ++column)
-      result(column, row) =
-          state_->result->values[static_cast<std::size_t>(state_->position + row) * width + column];
+  // Arrays keep their first index fastest, so (field, row) is the rows' own
+  // order: the block is copied as it is.
+  const auto first = state_->result->values.begin() + std::ptrdiff_t{state_->position} * width;
+  std::copy(first, first + std::ptrdiff_t{count} * width, result.begin());
   state_->adding = false;
   state_->position += count;
   state_->visited = std::max(state_->visited, std::min(state_->position + 1, state_->rows));

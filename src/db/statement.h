@@ -44,6 +44,10 @@ class PreparedStatement {
   vb::Variant Read(int column) const;
   sqlite3_int64 ReadInteger(int column) const { return sqlite3_column_int64(handle_, column); }
 
+  // How many values the last full read through this statement gave: what
+  // the next one reserves room for (a page's rows are read page after page).
+  std::size_t values_last_read = 0;
+
  private:
   [[noreturn]] void Fail(int result) const;
 
