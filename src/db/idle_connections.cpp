@@ -1,5 +1,6 @@
 #include "idle_connections.h"
 
+#include <pthread.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -30,6 +31,7 @@ struct Entry {
 // exit handler closes what is left.
 struct IdleList {
   std::mutex mutex;
+  std::mutex closing;  // held by the background thread while it closes connections
   std::condition_variable wake;
   std::vector<Entry> entries;  // oldest first
   pid_t sweeper = 0;           // the process whose thread closes expired entries
@@ -37,7 +39,15 @@ struct IdleList {
 };
 
 IdleList& TheList() {
-  static IdleList* list = new IdleList;
+  static IdleList* list = [] {
+    // A fork waits until the background thread is between closes, so that
+    // the child never starts with a lock (the list's, or SQLite's own inside
+    // a close) held by a thread it does not have.
+    pthread_atfork([] { TheList().closing.lock(), TheList().mutex.lock(); },
+                   [] { TheList().mutex.unlock(), TheList().closing.unlock(); },
+                   [] { TheList().mutex.unlock(), TheList().closing.unlock(); });
+    return new IdleList;
+  }();
   return *list;
 }
 
@@ -87,6 +97,7 @@ void Sweep() {
       const Clock::time_point now = Clock::now();
       Remove(list, closing, [&](const Entry& entry) { return entry.deadline <= now; });
     }
+    std::lock_guard hold(list.closing);
     CloseAll(closing);
   }
 }
