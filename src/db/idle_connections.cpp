@@ -89,10 +89,12 @@ void Sweep() {
     {
       std::unique_lock lock(list.mutex);
       if (list.exiting) return;
-      if (list.entries.empty())
+      if (list.entries.empty()) {
         list.wake.wait(lock);
-      else
-        list.wake.wait_until(lock, list.entries.front().deadline);
+      } else {
+        const Clock::time_point first = list.entries.front().deadline;  // a copy: entries change
+        list.wake.wait_until(lock, first);
+      }
       if (list.exiting) return;
       const Clock::time_point now = Clock::now();
       Remove(list, closing, [&](const Entry& entry) { return entry.deadline <= now; });
