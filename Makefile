@@ -12,7 +12,7 @@ CMAKE_ARGS ?=
 help:
 	@echo "make demo    set up, build and run the demo tour"
 	@echo "make test    set up, build and run every test (C++ and Python)"
-	@echo "make bench   build and run the benchmarks (Release)"
+	@echo "make bench   build and run the benchmarks (Release; medians of 5 interleaved runs)"
 	@echo "make asan    build and run the tests under AddressSanitizer + UBSan"
 	@echo "make fuzz    fuzz the Jet reader's stream parser for FUZZ_SECONDS (default 60; not in CI)"
 	@echo "make format  format the sources with clang-format"
@@ -34,10 +34,18 @@ test: build
 demo: build
 	$(BUILD)/demo/seluvorne_demo
 
+# Each benchmark runs BENCH_REPETITIONS times, interleaved at random with the
+# others, and is reported by its median, so that engine / raw ratios hold
+# steady on a busy machine.
+BENCH_REPETITIONS ?= 5
+BENCH_ARGS ?= --benchmark_repetitions=$(BENCH_REPETITIONS) \
+	--benchmark_enable_random_interleaving=true --benchmark_report_aggregates_only=true \
+	--benchmark_min_time=0.2
+
 bench: setup
 	cmake -S . -B build-bench -G Ninja -DCMAKE_BUILD_TYPE=Release -DSELUVORNE_TESTS=OFF
 	cmake --build build-bench -j $(JOBS)
-	@for b in build-bench/bench/*_bench; do echo "== $$b"; $$b; done
+	@for b in build-bench/bench/*_bench; do echo "== $$b"; $$b $(BENCH_ARGS); done
 
 asan: setup
 	cmake -S . -B $(ASAN_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=Debug -DSELUVORNE_SANITIZE=ON

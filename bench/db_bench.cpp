@@ -1,5 +1,6 @@
 // The database engine beside raw SQLite, in one run: appending rows one
-// Update (one commit) at a time, and reading one page of a large table.
+// Update (one commit) at a time, reading one page of a large table, and
+// opening a file and running its first query, cold and again.
 // Each pair works on the same table shape (and the engine's hidden indexes);
 // the report at the end gives engine time / raw time for each pair.
 
@@ -13,6 +14,7 @@
 #include <string>
 #include <vector>
 
+#include "ratio_reporter.h"
 #include "seluvorne/dao.h"
 #include "seluvorne/runtime.h"
 
@@ -240,51 +242,72 @@ void BM_SelectPageRaw(benchmark::State& state) {
 }
 BENCHMARK(BM_SelectPageRaw)->Unit(benchmark::kMicrosecond);
 
-// Prints the runs as usual, then engine time / raw time for each pair (the
-// medians when the run has repetitions: --benchmark_repetitions=5
-// --benchmark_enable_random_interleaving=true evens out a busy machine).
-class RatioReporter : public benchmark::ConsoleReporter {
- public:
-  void ReportRuns(const std::vector<Run>& runs) override {
-    for (const Run& run : runs) {
-      double iterations = run.run_type == Run::RT_Aggregate ? 1 : double(run.iterations);
-      times_[run.benchmark_name()] = {run.real_accumulated_time / iterations,
-                                      run.cpu_accumulated_time / iterations};
-    }
-    ConsoleReporter::ReportRuns(runs);
-  }
-  void Finalize() override {
-    ConsoleReporter::Finalize();
-    Ratio("append 100,000 rows, one commit each", "BM_AppendEngine/iterations:1/real_time",
-          "BM_AppendRaw/iterations:1/real_time");
-    Ratio("read one page of 500 rows", "BM_SelectPageEngine", "BM_SelectPageRaw");
-  }
+// ---- Opening a file and running its first query -------------------------------
 
- private:
-  struct Times {
-    double real, cpu;
-  };
-  const Times* Find(const std::string& name) const {
-    for (const std::string& key : {name + "_median", name}) {
-      auto found = times_.find(key);
-      if (found != times_.end()) return &found->second;
+constexpr int kOpenedFiles = 8;  // more than the engine keeps idle: every open is cold
+
+const std::vector<fs::path>& OpenedFiles() {
+  static const std::vector<fs::path> files = [] {
+    std::vector<fs::path> made;
+    for (int i = 0; i < kOpenedFiles; ++i) {
+      std::string name = "opened-" + std::to_string(i) + ".mdb";
+      CreateFloor(name)->Close();
+      made.push_back(ScratchFolder() / name);
     }
-    return nullptr;
+    return made;
+  }();
+  return files;
+}
+
+void OpenAndQuery(const fs::path& file) {
+  auto db = dao::DBEngine::Instance()->OpenDatabase(file.string());
+  auto rs = db->OpenRecordset("SELECT * FROM KUTAIDATA WHERE PAGE = 0;", dao::dbOpenDynaset);
+  benchmark::DoNotOptimize(rs->IsEOF());
+  db->Close();
+}
+
+void BM_OpenColdEngine(benchmark::State& state) {
+  const auto& files = OpenedFiles();
+  std::size_t next = 0;
+  for (auto _ : state)
+    OpenAndQuery(files[next++ % files.size()]);
+}
+BENCHMARK(BM_OpenColdEngine)->Unit(benchmark::kMicrosecond);
+
+// The same file each time: the engine reuses the connection it kept idle.
+void BM_OpenAgainEngine(benchmark::State& state) {
+  const fs::path file = OpenedFiles().front();
+  for (auto _ : state)
+    OpenAndQuery(file);
+}
+BENCHMARK(BM_OpenAgainEngine)->Unit(benchmark::kMicrosecond);
+
+void BM_OpenColdRaw(benchmark::State& state) {
+  const auto& files = OpenedFiles();
+  std::size_t next = 0;
+  for (auto _ : state) {
+    sqlite3* db = OpenRaw(files[next++ % files.size()]);
+    sqlite3_stmt* select = nullptr;
+    Check(sqlite3_prepare_v2(db, "SELECT * FROM KUTAIDATA WHERE PAGE = ?", -1, &select, nullptr),
+          db);
+    sqlite3_bind_int(select, 1, 0);
+    benchmark::DoNotOptimize(sqlite3_step(select));
+    sqlite3_finalize(select);
+    sqlite3_close(db);
   }
-  void Ratio(const char* what, const std::string& engine, const std::string& raw) const {
-    const Times *e = Find(engine), *r = Find(raw);
-    if (!e || !r) return;
-    std::printf("engine / raw SQLite, %s: %.2f (real time), %.2f (CPU time)\n", what,
-                e->real / r->real, e->cpu / r->cpu);
-  }
-  std::map<std::string, Times> times_;
-};
+}
+BENCHMARK(BM_OpenColdRaw)->Unit(benchmark::kMicrosecond);
 
 }  // namespace
 
 int main(int argc, char** argv) {
   benchmark::Initialize(&argc, argv);
-  RatioReporter reporter;
+  seluvorne::bench::RatioReporter reporter(
+      {{"append 100,000 rows, one commit each", "BM_AppendEngine/iterations:1/real_time",
+        "BM_AppendRaw/iterations:1/real_time"},
+       {"read one page of 500 rows", "BM_SelectPageEngine", "BM_SelectPageRaw"},
+       {"open a file and run its first query", "BM_OpenColdEngine", "BM_OpenColdRaw"},
+       {"open a file again and run its first query", "BM_OpenAgainEngine", "BM_OpenColdRaw"}});
   benchmark::RunSpecifiedBenchmarks(&reporter);
   benchmark::Shutdown();
   fs::remove_all(ScratchFolder());

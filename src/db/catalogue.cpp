@@ -2,8 +2,11 @@
 
 #include <SQLiteCpp/Statement.h>
 #include <SQLiteCpp/Transaction.h>
+#include <sqlite3.h>
 
+#include <algorithm>
 #include <map>
+#include <optional>
 
 #include "seluvorne/dao.h"
 #include "seluvorne/error.h"
@@ -166,38 +169,56 @@ void Catalogue::Create(SQLite::Database& sqlite, std::string_view locale) {
   transaction.commit();
 }
 
-Catalogue Catalogue::Load(SQLite::Database& sqlite, std::string_view shown_path) {
+Catalogue Catalogue::Load(SQLite::Database& sqlite, std::string_view shown_path,
+                          std::int64_t& schema_version) {
+  // One statement, so one read transaction, for the whole catalogue and the
+  // schema version it belongs to. Rows: 0 a property (name, value), 1 a table
+  // (name, stored name, position), 2 a field (table, name, position, type,
+  // size, default, zero length), 3 the schema version.
+  static constexpr const char* kQuery =
+      "SELECT 0, Name, Value, NULL, NULL, NULL, NULL, NULL FROM MSysProperties "
+      "UNION ALL SELECT 1, Name, StoredName, Position, NULL, NULL, NULL, NULL FROM MSysTables "
+      "UNION ALL SELECT 2, TableName, Name, Position, Type, Size, DefaultValue, AllowZeroLength "
+      "FROM MSysFields "
+      "UNION ALL SELECT 3, NULL, NULL, schema_version, NULL, NULL, NULL, NULL "
+      "FROM pragma_schema_version ORDER BY 1, 2, 4";
+  std::optional<SQLite::Statement> rows;
+  try {
+    rows.emplace(sqlite, kQuery);
+  } catch (const SQLite::Exception& failure) {
+    // No catalogue tables (or not ours): a file of some other program.
+    if (failure.getErrorCode() == SQLITE_ERROR) Raise(errc::kUnrecognizedFormat, shown_path);
+    throw;
+  }
   Catalogue catalogue;
-  if (!sqlite.tableExists("MSysProperties")) Raise(errc::kUnrecognizedFormat, shown_path);
   std::string format;
-  SQLite::Statement properties(sqlite, "SELECT Name, Value FROM MSysProperties");
-  while (properties.executeStep()) {
-    std::string name = properties.getColumn(0).getString();
-    if (name == kFormatProperty) format = properties.getColumn(1).getString();
-    if (name == kLocaleProperty) catalogue.locale_ = properties.getColumn(1).getString();
+  std::map<std::string, TableDefinition> by_name;
+  std::vector<std::pair<int, std::string>> order;  // position, name
+  while (rows->executeStep()) {
+    const int kind = rows->getColumn(0).getInt();
+    if (kind == 0) {
+      std::string name = rows->getColumn(1).getString();
+      if (name == kFormatProperty) format = rows->getColumn(2).getString();
+      if (name == kLocaleProperty) catalogue.locale_ = rows->getColumn(2).getString();
+    } else if (kind == 1) {
+      std::string name = rows->getColumn(1).getString();
+      order.emplace_back(rows->getColumn(3).getInt(), name);
+      by_name[name] = TableDefinition{name, rows->getColumn(2).getString(), {}};
+    } else if (kind == 2) {
+      auto table = by_name.find(rows->getColumn(1).getString());
+      if (table == by_name.end()) continue;
+      table->second.fields.push_back({rows->getColumn(2).getString(),
+                                      static_cast<std::int16_t>(rows->getColumn(4).getInt()),
+                                      rows->getColumn(5).getInt(), rows->getColumn(6).getString(),
+                                      rows->getColumn(7).getInt() != 0});
+    } else {
+      schema_version = rows->getColumn(3).getInt64();
+    }
   }
   if (format != kFormatMarker) Raise(errc::kUnrecognizedFormat, shown_path);
-
-  std::map<std::string, TableDefinition> by_name;
-  std::vector<std::string> order;
-  SQLite::Statement tables(sqlite, "SELECT Name, StoredName FROM MSysTables ORDER BY Position");
-  while (tables.executeStep()) {
-    std::string name = tables.getColumn(0).getString();
-    order.push_back(name);
-    by_name[name] = TableDefinition{name, tables.getColumn(1).getString(), {}};
-  }
-  SQLite::Statement fields(sqlite,
-                           "SELECT TableName, Name, Type, Size, DefaultValue, AllowZeroLength "
-                           "FROM MSysFields ORDER BY TableName, Position");
-  while (fields.executeStep()) {
-    auto table = by_name.find(fields.getColumn(0).getString());
-    if (table == by_name.end()) continue;
-    table->second.fields.push_back({fields.getColumn(1).getString(),
-                                    static_cast<std::int16_t>(fields.getColumn(2).getInt()),
-                                    fields.getColumn(3).getInt(), fields.getColumn(4).getString(),
-                                    fields.getColumn(5).getInt() != 0});
-  }
-  for (const std::string& name : order) {
+  std::stable_sort(order.begin(), order.end(),
+                   [](const auto& a, const auto& b) { return a.first < b.first; });
+  for (const auto& [position, name] : order) {
     TableDefinition& table = by_name[name];
     for (const TableDefinition& system : CatalogueTables())
       if (table.name == system.name) table.system = true;

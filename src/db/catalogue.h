@@ -58,8 +58,10 @@ class Catalogue {
   // empty database.
   static void Create(SQLite::Database& sqlite, std::string_view locale);
 
-  // Reads the catalogue of an open database; 3343 when it has none of ours.
-  static Catalogue Load(SQLite::Database& sqlite, std::string_view shown_path);
+  // Reads the catalogue of an open database, and the schema version it was
+  // read at, in one read transaction; 3343 when it has none of ours.
+  static Catalogue Load(SQLite::Database& sqlite, std::string_view shown_path,
+                        std::int64_t& schema_version);
 
   // Creates the table, its hidden indexes and its catalogue rows in one
   // transaction. Raises 3010 when a table of exactly that name exists.

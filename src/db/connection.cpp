@@ -17,7 +17,18 @@ namespace seluvorne::db {
 namespace {
 
 constexpr std::size_t kCachedStatements = 64;
-constexpr std::size_t kCachedTranslations = 256;
+// Enough for a statement per page of a floor and a few more, so that a pass
+// over every page translates each text once.
+constexpr std::size_t kCachedTranslations = 1024;
+// Results remembered per connection, and the most values one may hold: the
+// reads repeated while a file is unchanged are a page's rows or a column of
+// the whole floor, not whole tables.
+constexpr std::size_t kRememberedResults = 16;
+constexpr std::size_t kRememberedValues = 1 << 16;
+// The write-ahead log is cut back to this size once a checkpoint has emptied
+// it: a large statement leaves no large log behind. Below this size the log
+// is reused as it is (the automatic checkpoint runs at about 4 MB).
+constexpr const char* kJournalSizeLimit = "PRAGMA journal_size_limit=4194304";
 
 std::int32_t InitialBusyTimeout() {
   if (const char* text = std::getenv("SELUVORNE_BUSY_TIMEOUT_MS")) {
@@ -64,10 +75,13 @@ bool Connection::Identify(const std::filesystem::path& path, FileIdentity& ident
 
 Connection::Connection(const std::filesystem::path& path, std::string_view shown_path,
                        int open_flags)
-    : sqlite_(path.string(), open_flags, BusyTimeout(), VfsName()), shown_path_(shown_path) {
+    : sqlite_(path.string(), open_flags, BusyTimeout(), VfsName()),
+      shown_path_(shown_path),
+      path_(path) {
   Identify(path, identity_);
   sqlite_.exec("PRAGMA journal_mode=WAL");
   sqlite_.exec("PRAGMA synchronous=NORMAL");
+  sqlite_.exec(kJournalSizeLimit);
 }
 
 Connection::~Connection() {
@@ -77,23 +91,73 @@ Connection::~Connection() {
 }
 
 std::shared_ptr<Connection> Connection::Register(std::unique_ptr<Connection> connection) {
-  std::shared_ptr<Connection> shared(std::move(connection));
+  std::shared_ptr<Connection> shared(connection.release(), &Connection::Release);
   std::lock_guard lock(registry_mutex);
   TheRegistry()[shared->identity_] = shared;
   return shared;
 }
 
+void Connection::Release(Connection* released) {
+  std::unique_ptr<Connection> connection(released);
+  {
+    std::lock_guard lock(registry_mutex);
+    auto found = TheRegistry().find(connection->identity_);
+    if (found != TheRegistry().end() && found->second.expired()) TheRegistry().erase(found);
+  }
+  // A connection left inside a transaction is closed, which rolls it back.
+  sqlite3* handle = connection->sqlite_.getHandle();
+  if (!sqlite3_get_autocommit(handle)) return;
+  // The log goes into the file and is emptied, as a close would do, so that
+  // an idle file is complete without its log (a copy or a rename over it by
+  // another program loses nothing). When another process is in the way the
+  // connection is closed instead, without waiting.
+  sqlite3_busy_timeout(handle, 0);
+  int checkpoint =
+      sqlite3_wal_checkpoint_v2(handle, "main", SQLITE_CHECKPOINT_TRUNCATE, nullptr, nullptr);
+  sqlite3_busy_timeout(handle, BusyTimeout());
+  if (checkpoint != SQLITE_OK) return;
+  // Kept with the file's status now, after its last write here: it is reused
+  // only if nothing changed the file since.
+  FileStatus now;
+  if (!StatusOf(connection->path_, now) || now.device != connection->identity_.device ||
+      now.inode != connection->identity_.inode) {
+    connection->LeaveCompanionFiles();  // the path names another file by now
+    return;
+  }
+  connection->results_.clear();
+  const std::filesystem::path path = connection->path_;
+  IdleConnections::Keep(std::move(connection), path, now);
+}
+
+void Connection::CloseIdle(const std::filesystem::path& path) {
+  IdleConnections::Close(path);
+}
+
+void Connection::LeaveCompanionFiles() {
+  // No checkpoint on close (the log and its index at the path may belong to
+  // the new file by now) and no deletion of them.
+  sqlite3* handle = sqlite_.getHandle();
+  sqlite3_db_config(handle, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+  int persist = 1;
+  sqlite3_file_control(handle, "main", SQLITE_FCNTL_PERSIST_WAL, &persist);
+}
+
 std::shared_ptr<Connection> Connection::Open(const std::filesystem::path& path,
                                              std::string_view shown_path) {
-  FileIdentity identity;
-  if (Identify(path, identity)) {
+  FileStatus status;
+  if (StatusOf(path, status)) {
     std::shared_ptr<Connection> shared;
     {
       std::lock_guard lock(registry_mutex);
-      auto found = TheRegistry().find(identity);
+      auto found = TheRegistry().find({status.device, status.inode});
       if (found != TheRegistry().end()) shared = found->second.lock();
     }
     if (shared) return shared;
+    if (std::unique_ptr<Connection> idle = IdleConnections::Take(path, status)) {
+      idle->shown_path_ = shown_path;
+      idle->sqlite_.setBusyTimeout(BusyTimeout());
+      return Register(std::move(idle));
+    }
   }
   if (CheckDatabaseFile(path, shown_path) == FileKind::Jet) return OpenLegacy(path, shown_path);
   return Guarded(shown_path, [&] {
@@ -109,6 +173,7 @@ std::shared_ptr<Connection> Connection::Create(const std::filesystem::path& path
                                                std::string_view locale) {
   // Companion files without their database are left over from a crash; a
   // new file must not pick up their pages.
+  CloseIdle(path);  // an idle connection of a file deleted here before
   for (const auto& companion : CompanionFiles(path))
     RemoveQuietly(companion);
   // Created exclusively, so that a file another process made meanwhile is
@@ -168,19 +233,33 @@ void Connection::SetBusyTimeout(std::int32_t milliseconds) {
 }
 
 void Connection::LoadCatalogue() {
-  PreparedStatement& version = Prepare("PRAGMA schema_version");
-  version.Step();
-  std::int64_t schema_version = version.ReadInteger(0);
-  version.Reset();
-  if (schema_version == catalogue_version_) return;
-  catalogue_ = Catalogue::Load(sqlite_, shown_path_);
-  catalogue_version_ = schema_version;
+  catalogue_ = Catalogue::Load(sqlite_, shown_path_, catalogue_version_);
   translations_.clear();
+  results_.clear();
+}
+
+void Connection::RefreshCatalogue() {
+  schema_moved_ = false;
+  Guarded(shown_path_, [&] {
+    PreparedStatement& version = Prepare("PRAGMA schema_version");
+    version.Step();
+    std::int64_t schema_version = version.ReadInteger(0);
+    version.Reset();
+    if (schema_version != catalogue_version_) LoadCatalogue();
+  });
 }
 
 const Catalogue& Connection::catalogue() {
-  Guarded(shown_path_, [&] { LoadCatalogue(); });
+  if (schema_moved_) RefreshCatalogue();
   return catalogue_;
+}
+
+std::shared_ptr<const TableDefinition> Connection::FindTable(std::string_view name) {
+  if (schema_moved_) RefreshCatalogue();
+  for (const auto& table : catalogue_.tables())
+    if (table->name == name) return table;
+  RefreshCatalogue();
+  return catalogue_.Find(name);
 }
 
 void Connection::AppendTable(const TableDefinition& table) {
@@ -191,11 +270,73 @@ void Connection::AppendTable(const TableDefinition& table) {
 }
 
 const Translation& Connection::Translate(const std::string& sql) {
-  const Catalogue& current = catalogue();
+  if (schema_moved_) RefreshCatalogue();
   auto found = translations_.find(sql);
   if (found != translations_.end()) return found->second;
   if (translations_.size() >= kCachedTranslations) translations_.clear();
-  return translations_.emplace(sql, TranslateStatement(sql, current)).first->second;
+  Translation translation;
+  try {
+    translation = TranslateStatement(sql, catalogue_);
+  } catch (const Error& error) {
+    // A table this connection does not know may have been added by another
+    // process: read the catalogue again if the schema moved, and retry.
+    if (error.number != errc::kTableNotFound) throw;
+    const std::int64_t before = catalogue_version_;
+    RefreshCatalogue();
+    if (catalogue_version_ == before) throw;
+    translation = TranslateStatement(sql, catalogue_);
+  }
+  return translations_.emplace(sql, std::move(translation)).first->second;
+}
+
+std::uint32_t Connection::DataVersion() {
+  unsigned int version = 0;
+  sqlite3_file_control(sqlite_.getHandle(), "main", SQLITE_FCNTL_DATA_VERSION, &version);
+  return version;
+}
+
+namespace {
+
+std::string ResultKey(const Translation& translation) {
+  std::string key = translation.text;
+  for (const std::string& number : translation.numbers) {
+    key += '\0';
+    key += number;
+  }
+  return key;
+}
+
+}  // namespace
+
+std::shared_ptr<const Connection::Rows> Connection::RememberedRows(const Translation& translation) {
+  if (results_.empty()) return nullptr;
+  auto found = results_.find(ResultKey(translation));
+  if (found == results_.end()) return nullptr;
+  // A read transaction, begun and ended, brings SQLite's data version up to
+  // date with every commit made since, by any connection of any process.
+  Guarded(shown_path_, [&] {
+    PreparedStatement& probe = Prepare("PRAGMA data_version");
+    probe.Step();
+    probe.Reset();
+  });
+  if (found->second.data_version != DataVersion()) {
+    results_.erase(found);
+    return nullptr;
+  }
+  found->second.last_use = ++uses_;
+  return found->second.rows;
+}
+
+void Connection::RememberRows(const Translation& translation, std::shared_ptr<const Rows> rows) {
+  if (rows->values.size() > kRememberedValues) return;
+  if (results_.size() >= kRememberedResults) {
+    auto oldest = results_.begin();
+    for (auto it = results_.begin(); it != results_.end(); ++it)
+      if (it->second.last_use < oldest->second.last_use) oldest = it;
+    results_.erase(oldest);
+  }
+  // The data version of the read that gave the rows, just ended.
+  results_[ResultKey(translation)] = {std::move(rows), DataVersion(), ++uses_};
 }
 
 PreparedStatement& Connection::Prepare(const std::string& sql, Stage stage) {
@@ -225,8 +366,16 @@ PreparedStatement& Connection::Prepare(const std::string& sql, Stage stage, bool
     found = statements_.emplace(sql, CachedStatement{std::move(statement), 0, caller}).first;
   }
   found->second.last_use = ++uses_;
-  found->second.statement->Reset();
-  return *found->second.statement;
+  PreparedStatement& statement = *found->second.statement;
+  statement.Reset();
+  // SQLite re-prepares a statement whose tables changed under it: the
+  // catalogue may be behind too.
+  const int reprepares = statement.Reprepares();
+  if (reprepares != found->second.reprepares) {
+    found->second.reprepares = reprepares;
+    schema_moved_ = true;
+  }
+  return statement;
 }
 
 PreparedStatement& Connection::Prepare(const Translation& translation) {

@@ -4,7 +4,7 @@
 // they see each other's rows at once and the file's locks are taken once.
 // The connection holds what is worth keeping between calls: the catalogue,
 // prepared statements and translated statement texts. It is closed when the
-// last handle lets go of it.
+// last handle lets go of it, or kept idle a little longer (idle_connections.h).
 //
 // Files are opened with WAL journaling and synchronous NORMAL: each Update is
 // its own commit, cheap, and survives a crash of the process. Another
@@ -24,6 +24,7 @@
 #include "catalogue.h"
 #include "dialect.h"
 #include "engine_error.h"
+#include "idle_connections.h"
 #include "statement.h"
 #include "statement_guard.h"
 
@@ -44,8 +45,11 @@ class Connection {
   // read-only. Raises 3343 when the file cannot be read whole.
   static std::shared_ptr<Connection> OpenLegacy(const std::filesystem::path& path,
                                                 std::string_view shown_path);
-  // Whether this process holds the file open.
+  // Whether a handle of this process holds the file open (an idle
+  // connection does not count).
   static bool IsOpen(const std::filesystem::path& path);
+  // Closes the idle connection of the file, before it is deleted or replaced.
+  static void CloseIdle(const std::filesystem::path& path);
 
   // Milliseconds a write waits for another process's lock; applies to open
   // connections too. Starts from SELUVORNE_BUSY_TIMEOUT_MS, else 5000.
@@ -63,9 +67,15 @@ class Connection {
   // A legacy file opened in place: every write raises 3027.
   bool read_only() const { return read_only_; }
 
-  // The catalogue as the file has it now: reloaded when the schema changed,
-  // here or in another process.
+  // The catalogue as last read: at the open, after a table was appended
+  // here, and when a lookup below or SQLite showed that the schema changed.
   const Catalogue& catalogue();
+  // The table of that name (Catalogue::Find). When the catalogue has no
+  // table of exactly that name, it is reread first if the schema changed
+  // (another process may have added it).
+  std::shared_ptr<const TableDefinition> FindTable(std::string_view name);
+  // Rereads the catalogue when the file's schema version moved.
+  void RefreshCatalogue();
   void AppendTable(const TableDefinition& table);
   // The caller's statement for SQLite; remembered per text.
   const Translation& Translate(const std::string& sql);
@@ -80,6 +90,22 @@ class Connection {
 
   SQLite::Database& sqlite() { return sqlite_; }
 
+  // The rows a read gave, shared by the record sets that run the same query
+  // while the file is unchanged.
+  struct Rows {
+    std::vector<vb::Variant> values;  // row after row
+    std::int32_t count = 0;
+  };
+  // The rows remembered for `translation`, when the file has not changed
+  // since they were read; else null.
+  std::shared_ptr<const Rows> RememberedRows(const Translation& translation);
+  // Remembers rows just read for `translation` (small results only).
+  void RememberRows(const Translation& translation, std::shared_ptr<const Rows> rows);
+
+  // On close, leaves the write-ahead log and its index where they are: for
+  // a connection whose path names another file by now.
+  void LeaveCompanionFiles();
+
  private:
   struct FileIdentity {
     std::uint64_t device = 0, inode = 0;
@@ -92,26 +118,42 @@ class Connection {
     std::unique_ptr<PreparedStatement> statement;
     std::uint64_t last_use = 0;
     bool checked = false;  // prepared under the caller's rules
+    int reprepares = 0;  // SQLite's count when last seen: it re-prepares after a schema change
   };
   using Registry = std::unordered_map<FileIdentity, std::weak_ptr<Connection>, IdentityHash>;
 
   Connection(const std::filesystem::path& path, std::string_view shown_path, int open_flags);
+  struct RememberedResult {
+    std::shared_ptr<const Rows> rows;
+    std::uint32_t data_version = 0;
+    std::uint64_t last_use = 0;
+  };
+
   static bool Identify(const std::filesystem::path& path, FileIdentity& identity);
   static Registry& TheRegistry();
+  // The handles' shared pointer: when the last one goes, the connection is
+  // kept idle (Release) rather than closed.
   static std::shared_ptr<Connection> Register(std::unique_ptr<Connection> connection);
+  static void Release(Connection* connection);
   void LoadCatalogue();
   PreparedStatement& Prepare(const std::string& sql, Stage stage, bool caller);
+  // SQLite's count of changes to the file, by any connection, as of the
+  // last transaction of this one (SQLITE_FCNTL_DATA_VERSION).
+  std::uint32_t DataVersion();
 
   SQLite::Database sqlite_;
   StatementGuard guard_{sqlite_.getHandle()};
   std::string shown_path_;
+  std::filesystem::path path_;
   FileIdentity identity_;
   Catalogue catalogue_;
   std::int64_t catalogue_version_ = -1;  // the schema version the catalogue was read at
+  bool schema_moved_ = false;            // SQLite re-prepared a statement: check the version
   std::unordered_map<std::string, Translation> translations_;
   std::unordered_map<std::string, CachedStatement> statements_;
   std::uint64_t uses_ = 0;
   bool read_only_ = false;
+  std::unordered_map<std::string, RememberedResult> results_;
 };
 
 // The files SQLite keeps beside a database file (write-ahead log, shared

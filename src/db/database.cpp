@@ -69,7 +69,11 @@ std::shared_ptr<Recordset> Database::OpenRecordset(const std::string& source,
   auto state = std::make_shared<db::RecordsetState>();
   state->database = state_;
   state->type = kind;
-  if (std::shared_ptr<const db::TableDefinition> table = connection.catalogue().Find(source)) {
+  // A source with blanks is most likely a statement: the catalogue as read
+  // answers for it, without rereading it for a name that is not there.
+  const bool statement_like = source.find_first_of(" \t\r\n") != std::string::npos;
+  if (std::shared_ptr<const db::TableDefinition> table =
+          statement_like ? connection.catalogue().Find(source) : connection.FindTable(source)) {
     // A table by name: its fields in order; rows are read when first needed.
     state->table = table;
     std::string& query = state->query.text;
@@ -83,7 +87,7 @@ std::shared_ptr<Recordset> Database::OpenRecordset(const std::string& source,
     return std::make_shared<Recordset>(std::move(state));
   }
 
-  if (source.find_first_of(" \t\r\n") == std::string::npos) Raise(errc::kTableNotFound, source);
+  if (!statement_like) Raise(errc::kTableNotFound, source);
   if (kind == dbOpenTable) Raise(errc::kInvalidOperation, "(a table-type set needs a table name)");
   state->query = connection.Translate(source);
   state->table = state->query.table;
@@ -121,11 +125,14 @@ TableDefs::TableDefs(std::shared_ptr<db::DatabaseState> database)
     : database_(std::move(database)) {}
 
 std::int32_t TableDefs::Count() const {
-  return static_cast<std::int32_t>(database_->Use().catalogue().tables().size());
+  // A listing starts here: it shows the tables other processes added too.
+  db::Connection& connection = database_->Use();
+  connection.RefreshCatalogue();
+  return static_cast<std::int32_t>(connection.catalogue().tables().size());
 }
 
 std::shared_ptr<TableDef> TableDefs::Item(std::string_view name) const {
-  std::shared_ptr<const db::TableDefinition> table = database_->Use().catalogue().Find(name);
+  std::shared_ptr<const db::TableDefinition> table = database_->Use().FindTable(name);
   if (!table) Raise(errc::kItemNotFound, "(" + std::string(name) + ")");
   return std::make_shared<TableDef>(database_, std::move(table));
 }
@@ -174,17 +181,11 @@ TableDef::TableDef(std::string name)
     : name_(std::move(name)),
       fields_(std::make_shared<dao::Fields>(std::vector<std::shared_ptr<Field>>{}, true)) {}
 
+// Its Fields are made when first asked for: the table checks of every floor
+// open look a table up by name and read only its Name.
 TableDef::TableDef(std::shared_ptr<db::DatabaseState> database,
-                   std::shared_ptr<const db::TableDefinition> table) {
-  std::vector<std::shared_ptr<Field>> fields;
-  for (const db::FieldDefinition& definition : table->fields)
-    fields.push_back(
-        std::make_shared<Field>(std::make_shared<db::FieldDefinitionState>(definition, true)));
-  name_ = table->name;
-  fields_ = std::make_shared<dao::Fields>(std::move(fields), false);
-  database_ = std::move(database);
-  appended_ = std::move(table);
-}
+                   std::shared_ptr<const db::TableDefinition> table)
+    : name_(table->name), database_(std::move(database)), appended_(std::move(table)) {}
 
 void TableDef::BecomeAppended(std::shared_ptr<db::DatabaseState> database,
                               std::shared_ptr<const db::TableDefinition> table) {
@@ -209,6 +210,13 @@ std::shared_ptr<Field> TableDef::CreateField(const std::string& name,
 
 std::shared_ptr<dao::Fields> TableDef::Fields() {
   if (database_) database_->Use();
+  if (!fields_) {
+    std::vector<std::shared_ptr<Field>> fields;
+    for (const db::FieldDefinition& definition : appended_->fields)
+      fields.push_back(
+          std::make_shared<Field>(std::make_shared<db::FieldDefinitionState>(definition, true)));
+    fields_ = std::make_shared<dao::Fields>(std::move(fields), false);
+  }
   return fields_;
 }
 

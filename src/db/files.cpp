@@ -53,6 +53,7 @@ void DeleteFile(std::string_view path) {
   CheckFolderOf(native);
   if (!FileExists(path)) Raise(errc::kFileNotFound);
   if (db::Connection::IsOpen(native)) Raise(errc::kPermissionDenied);
+  db::Connection::CloseIdle(native);
   std::error_code failure;
   if (!fs::remove(native, failure)) Raise(errc::kPermissionDenied);
   RemoveCompanions(native);
@@ -66,6 +67,7 @@ void CopyFile(std::string_view source, std::string_view destination) {
   std::error_code ignored;
   if (db::Connection::IsOpen(to) || fs::equivalent(from, to, ignored))
     Raise(errc::kPermissionDenied);
+  db::Connection::CloseIdle(to);
 
   if (!IsSqliteFile(from)) {
     std::error_code failure;

@@ -10,27 +10,35 @@ namespace seluvorne::db {
 
 void RecordsetState::Load() {
   Connection& connection = Use();
-  PreparedStatement& statement = connection.Prepare(query);
-  Guarded(connection.shown_path(), [&] {
-    try {
+  // The same query on an unchanged file gives the same rows: share them.
+  // An unchanged file has an unchanged schema too, so a set opened on a
+  // query names its columns from the cached statement as it stands.
+  std::shared_ptr<const Connection::Rows> read = connection.RememberedRows(query);
+  if (read) {
+    if (from_query) DescribeColumns(connection, connection.Prepare(query));
+  } else {
+    auto fresh = std::make_shared<Connection::Rows>();
+    PreparedStatement& statement = connection.Prepare(query);
+    Guarded(connection.shown_path(), [&] {
       // The first step prepares the statement again when the schema changed
       // since it was cached, so the columns are read after it.
       bool row = statement.Step();
       if (from_query) DescribeColumns(connection, statement);
       const int width = static_cast<int>(columns.size());
-      values.reserve(static_cast<std::size_t>(width) * 256);  // a page of most tables, unmoved
+      fresh->values.reserve(statement.values_last_read);
       for (; row; row = statement.Step()) {
         for (int column = 0; column < width; ++column)
-          values.push_back(statement.Read(column));
-        ++rows;
+          fresh->values.push_back(statement.Read(column));
+        ++fresh->count;
       }
       statement.Reset();  // ends the read transaction now, not at the next use
-    } catch (...) {
-      values.clear();
-      rows = 0;
-      throw;
-    }
-  });
+    });
+    statement.values_last_read = fresh->values.size();
+    connection.RememberRows(query, fresh);
+    read = std::move(fresh);
+  }
+  result = std::move(read);
+  rows = result->count;
   loaded = true;
   position = 0;
   visited = rows > 0 ? 1 : 0;
@@ -84,7 +92,7 @@ vb::Variant RecordsetState::ValueAt(int column) {
   }
   if (!loaded) Load();
   if (position >= rows) Raise(errc::kNoCurrentRecord);
-  return values[static_cast<std::size_t>(position) * columns.size() + column];
+  return result->values[static_cast<std::size_t>(position) * columns.size() + column];
 }
 
 void RecordsetState::SetValueAt(int column, vb::Variant value) {
@@ -242,10 +250,10 @@ vb::Array<vb::Variant> Recordset::GetRows(std::optional<std::int32_t> rows) {
   std::int32_t count = std::min(wanted, state_->rows - state_->position);
   const auto width = static_cast<std::int32_t>(state_->columns.size());
   vb::Array<vb::Variant> result({width - 1, count - 1});
-  for (std::int32_t row = 0; row < count; ++row)
-    for (std::int32_t column = 0; column < width; ++column)
-      result(column, row) =
-          state_->values[static_cast<std::size_t>(state_->position + row) * width + column];
+  // Arrays keep their first index fastest, so (field, row) is the rows' own
+  // order: the block is copied as it is.
+  const auto first = state_->result->values.begin() + std::ptrdiff_t{state_->position} * width;
+  std::copy(first, first + std::ptrdiff_t{count} * width, result.begin());
   state_->adding = false;
   state_->position += count;
   state_->visited = std::max(state_->visited, std::min(state_->position + 1, state_->rows));
@@ -255,8 +263,7 @@ vb::Array<vb::Variant> Recordset::GetRows(std::optional<std::int32_t> rows) {
 void Recordset::Close() {
   state_->Use();
   state_->closed = true;
-  state_->values.clear();
-  state_->values.shrink_to_fit();
+  state_->result.reset();
 }
 
 }  // namespace seluvorne::dao

@@ -31,6 +31,8 @@ class PreparedStatement {
   const char* ColumnOrigin(int column) const { return sqlite3_column_origin_name(handle_, column); }
   // Ends a run (and its read transaction); bindings stay.
   void Reset() { sqlite3_reset(handle_); }
+  // How often SQLite re-prepared the statement, as it does after a schema change.
+  int Reprepares() const { return sqlite3_stmt_status(handle_, SQLITE_STMTSTATUS_REPREPARE, 0); }
 
   // Binds Integer, Long and reals as numbers, text as text, Null (and Empty) as NULL.
   void Bind(int index, const vb::Variant& value);
@@ -45,6 +47,10 @@ class PreparedStatement {
   // (as the engine's integer fields do), else Long or Double; text; Null.
   vb::Variant Read(int column) const;
   sqlite3_int64 ReadInteger(int column) const { return sqlite3_column_int64(handle_, column); }
+
+  // How many values the last full read through this statement gave: what
+  // the next one reserves room for (a page's rows are read page after page).
+  std::size_t values_last_read = 0;
 
  private:
   [[noreturn]] void Fail(int result) const;

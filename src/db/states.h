@@ -56,7 +56,7 @@ struct RecordsetState {
   bool loaded = false;
   bool closed = false;
 
-  std::vector<vb::Variant> values;  // the rows, one after the other
+  std::shared_ptr<const Connection::Rows> result;  // the rows read, perhaps shared
   std::int32_t rows = 0;
   std::int32_t position = 0;  // rows when at the end
   std::int32_t visited = 0;   // what RecordCount answers
