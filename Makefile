@@ -5,13 +5,14 @@ ASAN_BUILD ?= build-asan
 JOBS       ?= $(shell nproc)
 CMAKE_ARGS ?=
 
-.PHONY: help setup build test demo bench asan format clean
+.PHONY: help setup build test demo bench asan crash-pages format clean
 
 help:
 	@echo "make demo    set up, build and run the demo tour"
 	@echo "make test    set up, build and run every test (C++ and Python)"
 	@echo "make bench   build and run the benchmarks (Release)"
 	@echo "make asan    build and run the tests under AddressSanitizer + UBSan"
+	@echo "make crash-pages  kill writers, WriteDB and page copies 200 times each"
 	@echo "make format  format the sources with clang-format"
 	@echo "make setup   install the Debian packages the project needs"
 	@echo "make clean   remove the build folders"
@@ -40,6 +41,9 @@ asan: setup
 	cmake -S . -B $(ASAN_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=Debug -DSELUVORNE_SANITIZE=ON
 	cmake --build $(ASAN_BUILD) -j $(JOBS)
 	ctest --test-dir $(ASAN_BUILD) --output-on-failure -j $(JOBS) -LE python
+
+crash-pages: build
+	SELUVORNE_CRASH_ROUNDS=200 $(BUILD)/tests/store/page_crash_tests
 
 format:
 	git ls-files --cached --others --exclude-standard '*.cpp' '*.h' | xargs -r clang-format -i
