@@ -7,7 +7,7 @@ FUZZ_SECONDS ?= 60
 JOBS       ?= $(shell nproc)
 CMAKE_ARGS ?=
 
-.PHONY: help setup build test demo bench asan fuzz format clean
+.PHONY: help setup build test demo bench asan fuzz crash-pages format clean
 
 help:
 	@echo "make demo    set up, build and run the demo tour"
@@ -15,6 +15,7 @@ help:
 	@echo "make bench   build and run the benchmarks (Release; medians of 5 interleaved runs)"
 	@echo "make asan    build and run the tests under AddressSanitizer + UBSan"
 	@echo "make fuzz    fuzz the Jet reader's stream parser for FUZZ_SECONDS (default 60; not in CI)"
+	@echo "make crash-pages  kill writers, WriteDB and page copies 200 times each"
 	@echo "make format  format the sources with clang-format"
 	@echo "make setup   install the Debian packages the project needs"
 	@echo "make clean   remove the build folders"
@@ -65,6 +66,9 @@ fuzz: setup
 	cp tests/fixtures/jet/fuzz/*.stream $(FUZZ_BUILD)/corpus/ 2>/dev/null || true
 	$(FUZZ_BUILD)/fuzz/jet_stream_fuzz -max_total_time=$(FUZZ_SECONDS) -max_len=8192 \
 	  -artifact_prefix=$(FUZZ_BUILD)/crashes/ $(FUZZ_BUILD)/corpus
+
+crash-pages: build
+	SELUVORNE_CRASH_ROUNDS=200 $(BUILD)/tests/store/page_crash_tests
 
 format:
 	git ls-files --cached --others --exclude-standard '*.cpp' '*.h' | xargs -r clang-format -i

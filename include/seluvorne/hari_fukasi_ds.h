@@ -31,6 +31,7 @@
 
 #include "seluvorne/dao.h"
 #include "seluvorne/member_table.h"
+#include "seluvorne/page_rows.h"
 
 namespace seluvorne {
 
@@ -183,13 +184,10 @@ class clsHariFukasiDS : public DispatchImpl<clsHariFukasiDS> {
   // Deletes page pPageNo.
   void HariFukasi_Del_DBTBL();
 
-  // The page buffer: parallel arrays, one entry per row of a page.
-  struct PageBuffer {
-    vb::Array<std::int16_t> page, span, iti, syurui, code;
-    vb::Array<std::string> data;
-  };
-  // For C++ callers that want to look at it (not one of the late-bound members).
-  const PageBuffer& wBuf() const { return buffer_; }
+  // The page buffer: parallel arrays, one entry per row of a page; keys in
+  // table order (PAGE, SPANNO, ITI, SYURUI, BANGOU). For C++ callers that
+  // want to look at it (not one of the late-bound members).
+  const frame::PageRows& wBuf() const { return buffer_; }
 
   // ---- Floor copy (floor_copy.cpp) -----------------------------------------
   // Copies a page's rows from one floor's file into another's, replacing the
@@ -236,7 +234,7 @@ class clsHariFukasiDS : public DispatchImpl<clsHariFukasiDS> {
   std::shared_ptr<dao::Database> database_;
   std::string path_;
   Key key_;
-  PageBuffer buffer_;
+  frame::PageRows buffer_;
   std::string copy_file_name_;  // the file Copy_OpenDB opens
 };
 

@@ -22,6 +22,7 @@
 
 #include "seluvorne/dao.h"
 #include "seluvorne/member_table.h"
+#include "seluvorne/page_rows.h"
 
 namespace seluvorne {
 
@@ -84,10 +85,7 @@ class clsHariSWDS : public DispatchImpl<clsHariSWDS> {
   std::string path_;  // the switch file Copy_OpenDB opens
   std::shared_ptr<dao::Database> db_;
   // One element per buffered row, in the order ReadDB read them.
-  vb::Array<std::int16_t> pages_;
-  vb::Array<std::int16_t> spans_;
-  vb::Array<std::int16_t> data_kinds_;
-  vb::Array<std::string> data_;
+  frame::PageRows buffer_;
 };
 
 }  // namespace seluvorne

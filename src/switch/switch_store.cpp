@@ -2,6 +2,7 @@
 
 #include "seluvorne/frame.h"
 #include "seluvorne/hari_sw_ds.h"
+#include "seluvorne/member_transaction.h"
 #include "seluvorne/runtime.h"
 #include "seluvorne/table_schema.h"
 
@@ -15,6 +16,9 @@ using dao::dbText;
 constexpr frame::FieldSchema kSwitchFields[] = {
     {"PAGE", dbInteger}, {"SPAN", dbInteger}, {"DATAKIND", dbInteger}, {"DATA", dbText, 200}};
 constexpr frame::TableSchema kSwitchTable{"SELUVORNESW", kSwitchFields};
+constexpr std::string_view kSwitchKeys[] = {"PAGE", "SPAN", "DATAKIND"};
+// Rows whose DATA is "" are not written.
+constexpr frame::PageRowsLayout kSwitchRows{"SELUVORNESW", kSwitchKeys};
 
 std::string PageText(std::int16_t page) {
   return vb::StrTrimmed(page);
@@ -82,34 +86,14 @@ bool clsHariSWDS::Copy_OpenDB() {
 
 bool clsHariSWDS::ReadDB() {
   wBuf_Clear();
-  auto rows = OpenDatabase().OpenRecordset(
-      "SELECT * FROM SELUVORNESW WHERE PAGE = " + PageText(pPageNo) + ";", dao::dbOpenDynaset);
-  if (!(rows->IsEOF() && rows->IsBOF())) rows->MoveLast();
-  const std::int32_t count = rows->RecordCount();
-  if (count > 0) {
-    pages_.ReDim({count});
-    spans_.ReDim({count});
-    data_kinds_.ReDim({count});
-    data_.ReDim({count});
-    rows->MoveFirst();
-    for (std::int32_t i = 0; !rows->IsEOF(); ++i) {
-      pages_(i) = vb::CInt(rows->Value("PAGE"));
-      spans_(i) = vb::CInt(rows->Value("SPAN"));
-      data_kinds_(i) = vb::CInt(rows->Value("DATAKIND"));
-      data_(i) = vb::CStr(rows->Value("DATA"));
-      rows->MoveNext();
-    }
-  }
-  rows->Close();
+  frame::ReadPageRows(OpenDatabase(),
+                      "SELECT * FROM SELUVORNESW WHERE PAGE = " + PageText(pPageNo) + ";",
+                      kSwitchRows, buffer_);
   return true;
 }
 
 void clsHariSWDS::wBuf_Clear() {
-  pages_.ReDim({0});
-  spans_.ReDim({0});
-  data_kinds_.ReDim({0});
-  data_.ReDim({0});
-  data_(0) = "";
+  frame::ClearPageRows(kSwitchRows, 0, buffer_);
 }
 
 void clsHariSWDS::CloseDB() {
@@ -123,20 +107,14 @@ void clsHariSWDS::HariSW_Del_DBTBL() {
 }
 
 bool clsHariSWDS::WriteDB() {
+  dao::Database& database = OpenDatabase();
   // Buffers never filled raise 9 here, before the page's rows are deleted.
-  const std::int32_t last = data_.UBound();
-  HariSW_Del_DBTBL();
-  auto rows = OpenDatabase().OpenRecordset("SELUVORNESW", dao::dbOpenDynaset);
-  for (std::int32_t i = 0; i <= last; ++i) {
-    if (data_(i).empty()) continue;
-    rows->AddNew();
-    rows->SetValue("PAGE", pPageNo);
-    rows->SetValue("SPAN", spans_(i));
-    rows->SetValue("DATAKIND", data_kinds_(i));
-    rows->SetValue("DATA", data_(i));
-    rows->Update();
-  }
-  rows->Close();
+  if (buffer_.keys.empty())
+    Raise(errc::kSubscriptOutOfRange, "(the switch buffer is empty: ReadDB or wBuf_Clear first)");
+  dao::InMemberTransaction(database, [&] {
+    HariSW_Del_DBTBL();
+    frame::WritePageRows(database, kSwitchRows, buffer_, pPageNo);
+  });
   return true;
 }
 

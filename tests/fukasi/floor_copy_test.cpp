@@ -21,7 +21,7 @@ TEST_F(FloorCopyTest, ReadDBKeepsOneSpareEntryAndWriteDBWritesUnderPPageNoSkippi
   store->pPageNo = 4;
   ASSERT_TRUE(store->ReadDB());
   ASSERT_EQ(store->wBuf().data.UBound(), 7);  // seven rows and the spare entry
-  EXPECT_EQ(store->wBuf().page(7), 0);
+  EXPECT_EQ(store->wBuf().keys[0](7), 0);     // PAGE
   store->pPageNo = 9;
   EXPECT_TRUE(store->WriteDB());
   EXPECT_EQ(Rows(file, " WHERE PAGE = 9"), PageAs(4, 9));
