@@ -33,6 +33,13 @@ bool IsJetHeader(const unsigned char* bytes, std::size_t size) {
 
 }  // namespace
 
+bool IsJetFile(const std::filesystem::path& path) {
+  std::array<unsigned char, 20> header{};
+  std::ifstream file(path, std::ios::binary);
+  file.read(reinterpret_cast<char*>(header.data()), header.size());
+  return IsJetHeader(header.data(), static_cast<std::size_t>(file.gcount()));
+}
+
 void CheckDatabaseFile(const std::filesystem::path& path, std::string_view shown_path) {
   std::array<unsigned char, kHeaderSize> header{};
   std::ifstream file(path, std::ios::binary);

@@ -12,4 +12,7 @@ namespace seluvorne::db {
 // that header says. For a Jet file the message says it is a legacy floor file.
 void CheckDatabaseFile(const std::filesystem::path& path, std::string_view shown_path);
 
+// Whether the file begins as a Jet file does (the suite's legacy floor files).
+bool IsJetFile(const std::filesystem::path& path);
+
 }  // namespace seluvorne::db

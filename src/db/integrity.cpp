@@ -1,0 +1,50 @@
+// Whole-file checks for tools: the file's kind, and SQLite's integrity check
+// on a read-only connection of its own (it takes no write lock, so a floor
+// can be checked while others work on it).
+
+#include "seluvorne/integrity.h"
+
+#include <SQLiteCpp/Database.h>
+#include <SQLiteCpp/Statement.h>
+
+#include <array>
+#include <cstring>
+#include <fstream>
+
+#include "engine_error.h"
+#include "file_format.h"
+#include "seluvorne/error.h"
+
+namespace seluvorne::files {
+
+DatabaseFormat FormatOf(const std::filesystem::path& file) {
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(file, error)) return DatabaseFormat::kMissing;
+  if (db::IsJetFile(file)) return DatabaseFormat::kLegacy;
+  std::array<char, 16> header{};
+  std::ifstream stream(file, std::ios::binary);
+  stream.read(header.data(), header.size());
+  if (stream.gcount() == 16 && std::memcmp(header.data(), "SQLite format 3", 16) == 0)
+    return DatabaseFormat::kNative;
+  return DatabaseFormat::kOther;
+}
+
+std::vector<std::string> IntegrityProblems(const std::filesystem::path& file) {
+  const std::string shown = file.string();
+  if (FormatOf(file) == DatabaseFormat::kMissing) throw MakeError(errc::kFileNotFoundDb, shown);
+  db::CheckDatabaseFile(file, shown);
+  std::vector<std::string> problems;
+  try {
+    SQLite::Database database(shown, SQLite::OPEN_READONLY);
+    SQLite::Statement check(database, "PRAGMA integrity_check");
+    while (check.executeStep()) {
+      std::string line = check.getColumn(0).getString();
+      if (line != "ok") problems.push_back(std::move(line));
+    }
+  } catch (const SQLite::Exception& error) {
+    problems.push_back(error.what());
+  }
+  return problems;
+}
+
+}  // namespace seluvorne::files
