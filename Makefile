@@ -8,7 +8,7 @@ CMAKE_ARGS ?=
 .PHONY: help setup build test demo bench asan format clean
 
 help:
-	@echo "make demo    set up, build and run the demo tour"
+	@echo "make demo    set up, build the command and run its tour on a sample floor"
 	@echo "make test    set up, build and run every test (C++ and Python)"
 	@echo "make bench   build and run the benchmarks (Release)"
 	@echo "make asan    build and run the tests under AddressSanitizer + UBSan"
@@ -28,8 +28,9 @@ build: setup $(BUILD)/build.ninja
 test: build
 	ctest --test-dir $(BUILD) --output-on-failure -j $(JOBS)
 
-demo: build
-	$(BUILD)/demo/seluvorne_demo
+demo: setup $(BUILD)/build.ninja
+	cmake --build $(BUILD) -j $(JOBS) --target seluvorne
+	demo/tour.sh $(BUILD)
 
 bench: setup
 	cmake -S . -B build-bench -G Ninja -DCMAKE_BUILD_TYPE=Release -DSELUVORNE_TESTS=OFF
