@@ -234,13 +234,16 @@ void WriteSampleFloor(Context& context, const std::string& text) {
                                        "; the sample goes into a new floor)");
   const fs::path roster = fs::path(context.DataRoot()) / "roster.json";
   const bool new_roster = !fs::exists(roster);
+  std::error_code error;
+  fs::create_directories(floor.native_folder, error);
+  if (error)
+    throw Error(75, "seluvorne", "Path/File access error (" + floor.native_folder.string() + ": " +
+                                     error.message() + ")");
   if (new_roster) {
     std::ofstream file(roster, std::ios::binary);
     file << sample::OfficeRosterJson();
     if (!file.flush()) throw Error(75, "seluvorne", "Path/File access error (" + roster.string() + ")");
   }
-  std::error_code error;
-  fs::create_directories(floor.native_folder, error);
   const std::vector<sample::SampleBeam> beams = sample::OfficeFloor();
   sample::WriteFloor(floor.folder, beams);
   if (context.json) {
