@@ -121,8 +121,13 @@ def test_copy_appends_with_progress_and_checks_the_page_limit(root):
     pages = run_json(root, "pages", "1/1/4")["pages"]
     assert [p["grid_name"] for p in pages[-3:]] == ["Y1通り", "Y2通り", "Y3通り"]
 
-    refused = run(root, "copy", "1/1/3", "1/1/4", "--pages", "500", "--check-only", expect=1)
-    assert "ページの最大数を超えます。" in refused.stderr
+    # A page 500 on the destination leaves no room after it.
+    exported = root / "page-1.json"
+    run(root, "export", "1/1/3", "1", "-o", str(exported))
+    run(root, "import", "1/1/4", str(exported), "--to", "500")
+    refused = run(root, "copy", "1/1/3", "1/1/4", "--pages", "1", "--append", expect=1)
+    assert "page limit" in refused.stderr
+    assert len(run_json(root, "pages", "1/1/4")["pages"]) == before + 4
 
 
 def test_check_finds_rows_the_directory_does_not_list(root, tmp_path):
