@@ -10,6 +10,10 @@ out="$build/demo-output"
 rm -rf "$root" "$out"
 mkdir -p "$root" "$out"
 export QT_QPA_PLATFORM=${QT_QPA_PLATFORM:-offscreen}
+if [[ -z "${XDG_RUNTIME_DIR:-}" ]]; then
+  export XDG_RUNTIME_DIR="$build/demo-runtime"
+  mkdir -p -m 700 "$XDG_RUNTIME_DIR"
+fi
 
 step() { printf '\n\033[1m== %s\033[0m\n$ %s\n' "$1" "${*:2}"; "${@:2}"; }
 sv() { "$command" --data "$root" "$@"; }
