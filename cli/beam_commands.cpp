@@ -58,7 +58,7 @@ void ListPages(Context& context, const std::string& text, const std::string& kin
   const std::string packed = vb::CStr(Call(service, kind == "all" ? "AllPages2" : "AllPages"));
   nlohmann::json rows = nlohmann::json::array();
   if (!context.json)
-    fmt::print("{:>4}  {:<16} {:>9}  {:<9} {:>5} {:>9}\n", "page", "grid line", "locations", "kind",
+    fmt::print("{:>4}  {:<20} {:>9}  {:<9} {:>5} {:>9}\n", "page", "grid line", "locations", "kind",
                "spans", "length");
   for (int page : UnpackPages(packed, floor)) {
     std::int16_t stored = StoredPage(page);
@@ -78,7 +78,7 @@ void ListPages(Context& context, const std::string& text, const std::string& kin
                       {"spans", spans},
                       {"length", length}});
     else
-      fmt::print("{:>4}  {:<16} {:>9}  {:<9} {:>5} {:>9}\n", page, grid, locations,
+      fmt::print("{:>4}  {} {:>9}  {:<9} {:>5} {:>9}\n", page, PadRight(grid, 20), locations,
                  KindName(kind_code), spans, fmt::format("{:g}", length));
   }
   if (context.json) PrintJson({{"floor", text}, {"pages", rows}});

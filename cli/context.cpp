@@ -97,6 +97,11 @@ Object Context::NewService() {
   return CreateObject("SeluVorneDS.clsSeluVorneDataService");
 }
 
+std::string PadRight(const std::string& text, int columns) {
+  const int width = vb::TextWidth(text);
+  return width >= columns ? text : text + std::string(columns - width, ' ');
+}
+
 std::vector<int> ParsePageList(const std::string& text) {
   std::vector<int> pages;
   auto number = [&](const std::string& part) {

@@ -67,6 +67,10 @@ class Context {
   Object standalone_floor_dirs_;
 };
 
+// `text` padded with blanks to `columns` terminal columns (a double-byte
+// character takes two), for tables of Japanese names.
+std::string PadRight(const std::string& text, int columns);
+
 // "1,3-5" as 1-based page numbers, in order; each within 1..500.
 std::vector<int> ParsePageList(const std::string& text);
 // A 1-based page number given on the command line, as the stored 0-based one.
