@@ -10,7 +10,7 @@ CMAKE_ARGS ?=
 .PHONY: help setup build test demo bench asan fuzz crash-pages format clean
 
 help:
-	@echo "make demo    set up, build and run the demo tour"
+	@echo "make demo    set up, build the command and run its tour on a sample floor"
 	@echo "make test    set up, build and run every test (C++ and Python)"
 	@echo "make bench   build and run the benchmarks (Release; medians of 5 interleaved runs)"
 	@echo "make asan    build and run the tests under AddressSanitizer + UBSan"
@@ -32,8 +32,9 @@ build: setup $(BUILD)/build.ninja
 test: build
 	ctest --test-dir $(BUILD) --output-on-failure -j $(JOBS)
 
-demo: build
-	$(BUILD)/demo/seluvorne_demo
+demo: setup $(BUILD)/build.ninja
+	cmake --build $(BUILD) -j $(JOBS) --target seluvorne
+	demo/tour.sh $(BUILD)
 
 # Each benchmark runs BENCH_REPETITIONS times, interleaved at random with the
 # others, and is reported by its median, so that engine / raw ratios hold

@@ -9,7 +9,7 @@ packages=(
   googletest libgtest-dev libgmock-dev libbenchmark-dev
   libcli11-dev nlohmann-json3-dev libfmt-dev
   pybind11-dev python3-dev python3-pytest
-  qt6-base-dev fonts-noto-cjk
+  qt6-base-dev qt6-svg-dev fonts-noto-cjk
   mdbtools mdbtools-dev
   clang libclang-rt-14-dev
   clang-format

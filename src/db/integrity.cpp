@@ -1,0 +1,48 @@
+// Whole-file checks for tools: the file's kind, and SQLite's integrity check
+// on a read-only connection of its own (it takes no write lock, so a floor
+// can be checked while others work on it).
+
+#include "seluvorne/integrity.h"
+
+#include <SQLiteCpp/Database.h>
+#include <SQLiteCpp/Statement.h>
+
+#include "engine_error.h"
+#include "file_format.h"
+#include "seluvorne/error.h"
+
+namespace seluvorne::files {
+
+DatabaseFormat FormatOf(const std::filesystem::path& file) {
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(file, error)) return DatabaseFormat::kMissing;
+  try {
+    return db::CheckDatabaseFile(file, file.string()) == db::FileKind::Jet ? DatabaseFormat::kLegacy
+                                                                           : DatabaseFormat::kNative;
+  } catch (const Error&) {
+    return DatabaseFormat::kOther;
+  }
+}
+
+std::vector<std::string> IntegrityProblems(const std::filesystem::path& file) {
+  const std::string shown = file.string();
+  if (FormatOf(file) == DatabaseFormat::kMissing) throw MakeError(errc::kFileNotFoundDb, shown);
+  if (db::CheckDatabaseFile(file, shown) == db::FileKind::Jet)
+    throw Error(errc::kUnrecognizedFormat, kLibrarySource,
+                "Unrecognized database format '" + shown +
+                    "'. (a legacy Jet file: its storage is checked by migrating it)");
+  std::vector<std::string> problems;
+  try {
+    SQLite::Database database(shown, SQLite::OPEN_READONLY);
+    SQLite::Statement check(database, "PRAGMA integrity_check");
+    while (check.executeStep()) {
+      std::string line = check.getColumn(0).getString();
+      if (line != "ok") problems.push_back(std::move(line));
+    }
+  } catch (const SQLite::Exception& error) {
+    problems.push_back(error.what());
+  }
+  return problems;
+}
+
+}  // namespace seluvorne::files

@@ -1,0 +1,149 @@
+#include <gtest/gtest.h>
+
+#include <QImage>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "error_matchers.h"
+#include "seluvorne/drawing.h"
+
+namespace {
+
+using namespace seluvorne::drawing;
+
+// Two spans of 7,200 and 6,000 mm on columns 800, 900 and 800 mm wide; the
+// second span has haunches at its left end, the first a level step.
+BeamElevation TwoSpans() {
+  BeamElevation beam;
+  beam.floor_name = "Z1/K1/3F";
+  beam.page_name = "page 1";
+  beam.grid_name = "Y1通り";
+  beam.columns = {{400, 400, "X1"}, {450, 450, "X2"}, {400, 400, "X3"}};
+  ElevationSpan first;
+  first.length = 7200;
+  first.depth_left = first.depth_right = 800;
+  first.beam_name = "G1";
+  first.change_points = {{3000, 0}, {3000, -50}};
+  ElevationSpan second;
+  second.length = 6000;
+  second.top_level = -50;
+  second.depth_left = 900;
+  second.depth_right = 700;
+  second.beam_name = "G2";
+  second.left_bottom = {600, 150};
+  second.left_top = {500, 100};
+  beam.spans = {first, second};
+  return beam;
+}
+
+void ExpectPoint(const Point& point, double x, double y) {
+  EXPECT_DOUBLE_EQ(point.x, x);
+  EXPECT_DOUBLE_EQ(point.y, y);
+}
+
+TEST(ElevationLayout, ColumnsStandAboutTheirCentreLines) {
+  const ElevationLayout layout = LayoutElevation(TwoSpans());
+  ASSERT_EQ(layout.columns.size(), 3u);
+  // Column centres at 400, 7,600 and 13,600 from the outer face of column 0.
+  EXPECT_DOUBLE_EQ(layout.columns[0].left, 0);
+  EXPECT_DOUBLE_EQ(layout.columns[0].right, 800);
+  EXPECT_DOUBLE_EQ(layout.columns[1].left, 7150);
+  EXPECT_DOUBLE_EQ(layout.columns[1].right, 8050);
+  EXPECT_DOUBLE_EQ(layout.columns[2].left, 13200);
+  EXPECT_DOUBLE_EQ(layout.columns[2].right, 14000);
+  // The columns reach beyond the deepest haunch and the highest top.
+  EXPECT_LT(layout.columns[1].bottom, -50 - 900 - 150);
+  EXPECT_GT(layout.columns[1].top, 0 + 100);
+  ASSERT_EQ(layout.grid_labels.size(), 3u);
+  EXPECT_DOUBLE_EQ(layout.grid_labels[1].at.x, 7600);
+  EXPECT_EQ(layout.grid_labels[1].text, "X2");
+}
+
+TEST(ElevationLayout, BeamsRunFaceToFaceWithTheirLevelsAndDepths) {
+  const ElevationLayout layout = LayoutElevation(TwoSpans());
+  ASSERT_EQ(layout.beams.size(), 2u);
+  // First span: the level steps down by 50 at 3,000 from its left face.
+  const auto& first = layout.beams[0];
+  ASSERT_EQ(first.size(), 8u);
+  ExpectPoint(first[0], 800, 0);
+  ExpectPoint(first[1], 3800, 0);
+  ExpectPoint(first[2], 3800, -50);
+  ExpectPoint(first[3], 7150, -50);
+  ExpectPoint(first[4], 7150, -850);
+  ExpectPoint(first[7], 800, -800);
+  ASSERT_EQ(layout.change_points.size(), 2u);
+  ASSERT_EQ(layout.level_labels.size(), 1u);  // where the level changes
+  EXPECT_EQ(layout.level_labels[0].text, "-50");
+  // Second span: its depth runs from 900 to 700.
+  const auto& second = layout.beams[1];
+  ASSERT_EQ(second.size(), 4u);
+  ExpectPoint(second[0], 8050, -50);
+  ExpectPoint(second[1], 13200, -50);
+  ExpectPoint(second[2], 13200, -750);
+  ExpectPoint(second[3], 8050, -950);
+}
+
+TEST(ElevationLayout, HaunchesGrowFromTheFaceAlongTheBeam) {
+  const ElevationLayout layout = LayoutElevation(TwoSpans());
+  ASSERT_EQ(layout.haunches.size(), 2u);
+  const auto& top = layout.haunches[0];
+  ExpectPoint(top[0], 8050, -50);
+  ExpectPoint(top[1], 8550, -50);
+  ExpectPoint(top[2], 8050, 50);
+  const auto& bottom = layout.haunches[1];
+  ExpectPoint(bottom[0], 8050, -950);
+  // 600 into a span whose depth falls by 200 over its clear 5,150.
+  EXPECT_DOUBLE_EQ(bottom[1].x, 8650);
+  EXPECT_NEAR(bottom[1].y, -50 - (900 - 200 * 600.0 / 5150), 1e-9);
+  ExpectPoint(bottom[2], 8050, -1100);
+}
+
+TEST(ElevationLayout, DimensionsGiveSpansThenClearSpans) {
+  const ElevationLayout layout = LayoutElevation(TwoSpans());
+  ASSERT_EQ(layout.dimensions.size(), 4u);
+  EXPECT_EQ(layout.dimensions[0].text, "7200");
+  EXPECT_DOUBLE_EQ(layout.dimensions[0].x0, 400);
+  EXPECT_DOUBLE_EQ(layout.dimensions[0].x1, 7600);
+  EXPECT_EQ(layout.dimensions[2].text, "6350");
+  EXPECT_EQ(layout.dimensions[3].text, "5150");
+  EXPECT_LT(layout.dimensions[2].y, layout.dimensions[0].y);
+  EXPECT_EQ(layout.title.front(), "page 1  Y1通り");
+}
+
+TEST(ElevationLayout, RefusesABeamThatCannotStand) {
+  BeamElevation missing_column = TwoSpans();
+  missing_column.columns.pop_back();
+  BeamElevation negative = TwoSpans();
+  negative.spans[0].length = -1;
+  for (const BeamElevation& beam : {missing_column, negative, BeamElevation{}})
+    EXPECT_RAISES(LayoutElevation(beam), 5);
+}
+
+TEST(ElevationFiles, SvgAndPngAtTheGivenScale) {
+  const auto folder = std::filesystem::path(::testing::TempDir()) / "elevation";
+  std::filesystem::create_directories(folder);
+  const BeamElevation beam = TwoSpans();
+  const ElevationLayout layout = LayoutElevation(beam);
+
+  WriteElevation(beam, folder / "beam.png", 50);
+  QImage image(QString::fromStdString((folder / "beam.png").string()));
+  ASSERT_FALSE(image.isNull());
+  // 5 pixels to the paper millimetre at 1:50.
+  EXPECT_NEAR(image.width(), (layout.extent.right - layout.extent.left) / 50 * 5, 1);
+  WriteElevation(beam, folder / "half.png", 100);
+  EXPECT_NEAR(QImage(QString::fromStdString((folder / "half.png").string())).width(),
+              image.width() / 2.0, 1);
+
+  WriteElevation(beam, folder / "beam.svg", 50);
+  std::ifstream file(folder / "beam.svg");
+  std::stringstream svg;
+  svg << file.rdbuf();
+  for (const char* text : {"<svg", "X2", "G1", "7200", "Y1通り"})
+    EXPECT_NE(svg.str().find(text), std::string::npos) << text;
+
+  EXPECT_RAISES(WriteElevation(beam, folder / "beam.pdf", 50), 5);
+  EXPECT_RAISES(WriteElevation(beam, folder / "no" / "such" / "beam.png", 50), 75);
+}
+
+}  // namespace
