@@ -4,17 +4,23 @@ BUILD      ?= build
 ASAN_BUILD ?= build-asan
 JOBS       ?= $(shell nproc)
 CMAKE_ARGS ?=
+PREFIX     ?= /usr/local
+# What `make demo` builds: only what the tour runs, not the tests.
+DEMO_TARGETS := seluvorne_demo
 
-.PHONY: help setup build test demo bench asan format clean
+.PHONY: help setup build test demo bench asan format install clean
 
 help:
-	@echo "make demo    set up, build and run the demo tour"
-	@echo "make test    set up, build and run every test (C++ and Python)"
-	@echo "make bench   build and run the benchmarks (Release)"
-	@echo "make asan    build and run the tests under AddressSanitizer + UBSan"
-	@echo "make format  format the sources with clang-format"
-	@echo "make setup   install the Debian packages the project needs"
-	@echo "make clean   remove the build folders"
+	@echo "make demo     set up, build only the demo and run its tour"
+	@echo "make build    set up and build everything (library, Python module, tests, benchmarks)"
+	@echo "make test     set up, build and run every test (C++, Python, installed package, README)"
+	@echo "make bench    build and run the benchmarks (Release)"
+	@echo "make asan     build and run the tests under AddressSanitizer + UBSan"
+	@echo "make install  build and install the library, headers, CMake package and Python module"
+	@echo "              into PREFIX (default /usr/local): make install PREFIX=/opt/seluvorne"
+	@echo "make format   format the sources with clang-format"
+	@echo "make setup    install the Debian packages the project needs"
+	@echo "make clean    remove the build folders"
 
 setup:
 	@scripts/setup.sh
@@ -28,8 +34,12 @@ build: setup $(BUILD)/build.ninja
 test: build
 	ctest --test-dir $(BUILD) --output-on-failure -j $(JOBS)
 
-demo: build
+demo: setup $(BUILD)/build.ninja
+	cmake --build $(BUILD) -j $(JOBS) --target $(DEMO_TARGETS)
 	$(BUILD)/demo/seluvorne_demo
+
+install: build
+	cmake --install $(BUILD) --prefix $(PREFIX)
 
 bench: setup
 	cmake -S . -B build-bench -G Ninja -DCMAKE_BUILD_TYPE=Release -DSELUVORNE_TESTS=OFF
