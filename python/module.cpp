@@ -13,6 +13,7 @@
 #include "errors.h"
 #include "proxy.h"
 #include "seluvorne/components.h"
+#include "seluvorne/dao.h"
 #include "seluvorne/library.h"
 #include "values.h"
 
@@ -66,6 +67,19 @@ PYBIND11_MODULE(_seluvorne, module) {
       "scripts without the suite. data_root: where the floors are; None takes\n"
       "SELUVORNE_DATA, else dataRoot of the settings file.");
   module.attr("FLOOR_COMPANION") = std::string(seluvorne::kFloorCompanionProgId);
+
+  // seluvorne.dao: the database engine's constants under DAO's names.
+  py::module_ dao = module.def_submodule(
+      "dao",
+      "The database engine's constants under DAO's names: field types, record set\n"
+      "types, Execute options and the locale of the suite's files.");
+  dao.attr("dbInteger") = seluvorne::dao::dbInteger;
+  dao.attr("dbText") = seluvorne::dao::dbText;
+  dao.attr("dbFailOnError") = seluvorne::dao::dbFailOnError;
+  dao.attr("dbOpenTable") = seluvorne::dao::dbOpenTable;
+  dao.attr("dbOpenDynaset") = seluvorne::dao::dbOpenDynaset;
+  dao.attr("dbOpenSnapshot") = seluvorne::dao::dbOpenSnapshot;
+  dao.attr("dbLangJapanese") = std::string(seluvorne::dao::dbLangJapanese);
 
   // The names are the package's: seluvorne.Dispatch, not seluvorne._seluvorne.Dispatch.
   for (const char* name : {"Ref", "Array", "Dispatch", "Member", "register", "unregister",
