@@ -59,7 +59,7 @@ def run_twice(where, command, env):
 
 
 def main():
-    readme, build, python_path, work = map(pathlib.Path, sys.argv[1:5])
+    readme, build, python_path, work = (pathlib.Path(argument).resolve() for argument in sys.argv[1:5])
     shutil.rmtree(work, ignore_errors=True)
     work.mkdir(parents=True)
     env = dict(os.environ, PYTHONPATH=str(python_path), QT_QPA_PLATFORM="offscreen", PYTHONDONTWRITEBYTECODE="1")
