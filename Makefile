@@ -6,19 +6,25 @@ FUZZ_BUILD ?= build-fuzz
 FUZZ_SECONDS ?= 60
 JOBS       ?= $(shell nproc)
 CMAKE_ARGS ?=
+PREFIX     ?= /usr/local
+# What `make demo` builds: only what the tour runs, not the tests.
+DEMO_TARGETS := seluvorne seluvorne-jet-reader
 
-.PHONY: help setup build test demo bench asan fuzz crash-pages format clean
+.PHONY: help setup build test demo bench asan fuzz crash-pages format install clean
 
 help:
-	@echo "make demo    set up, build the command and run its tour on a sample floor"
-	@echo "make test    set up, build and run every test (C++ and Python)"
-	@echo "make bench   build and run the benchmarks (Release; medians of 5 interleaved runs)"
-	@echo "make asan    build and run the tests under AddressSanitizer + UBSan"
-	@echo "make fuzz    fuzz the Jet reader's stream parser for FUZZ_SECONDS (default 60; not in CI)"
-	@echo "make crash-pages  kill writers, WriteDB and page copies 200 times each"
-	@echo "make format  format the sources with clang-format"
-	@echo "make setup   install the Debian packages the project needs"
-	@echo "make clean   remove the build folders"
+	@echo "make demo     set up, build only the command and run its tour on a sample floor"
+	@echo "make build    set up and build everything (library, command, Python module, tests, benchmarks)"
+	@echo "make test     set up, build and run every test (C++, Python, command, installed package, README)"
+	@echo "make bench    build and run the benchmarks (Release; medians of 5 interleaved runs)"
+	@echo "make asan     build and run the tests under AddressSanitizer + UBSan"
+	@echo "make install  build and install the library, headers, CMake package, command and Python module"
+	@echo "              into PREFIX (default /usr/local): make install PREFIX=/opt/seluvorne"
+	@echo "make fuzz     fuzz the Jet reader's stream parser for FUZZ_SECONDS (default 60; not in CI)"
+	@echo "make crash-pages  kill writers, WriteDB and page copies 200 times each (not in CI)"
+	@echo "make format   format the sources with clang-format"
+	@echo "make setup    install the Debian packages the project needs"
+	@echo "make clean    remove the build folders"
 
 setup:
 	@scripts/setup.sh
@@ -33,8 +39,11 @@ test: build
 	ctest --test-dir $(BUILD) --output-on-failure -j $(JOBS)
 
 demo: setup $(BUILD)/build.ninja
-	cmake --build $(BUILD) -j $(JOBS) --target seluvorne
+	cmake --build $(BUILD) -j $(JOBS) --target $(DEMO_TARGETS)
 	demo/tour.sh $(BUILD)
+
+install: build
+	cmake --install $(BUILD) --prefix $(PREFIX)
 
 # Each benchmark runs BENCH_REPETITIONS times, interleaved at random with the
 # others, and is reported by its median, so that engine / raw ratios hold

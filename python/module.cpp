@@ -14,6 +14,7 @@
 #include "proxy.h"
 #include "seluvorne/components.h"
 #include "seluvorne/legacy.h"
+#include "seluvorne/dao.h"
 #include "seluvorne/library.h"
 #include "values.h"
 
@@ -92,6 +93,19 @@ PYBIND11_MODULE(_seluvorne, module) {
       "and table the rows recorded, read and written. A failure leaves the folder as it\n"
       "was. salvage=True migrates what a damaged file still gives, losses reported.");
   module.attr("FLOOR_COMPANION") = std::string(seluvorne::kFloorCompanionProgId);
+
+  // seluvorne.dao: the database engine's constants under DAO's names.
+  py::module_ dao = module.def_submodule(
+      "dao",
+      "The database engine's constants under DAO's names: field types, record set\n"
+      "types, Execute options and the locale of the suite's files.");
+  dao.attr("dbInteger") = seluvorne::dao::dbInteger;
+  dao.attr("dbText") = seluvorne::dao::dbText;
+  dao.attr("dbFailOnError") = seluvorne::dao::dbFailOnError;
+  dao.attr("dbOpenTable") = seluvorne::dao::dbOpenTable;
+  dao.attr("dbOpenDynaset") = seluvorne::dao::dbOpenDynaset;
+  dao.attr("dbOpenSnapshot") = seluvorne::dao::dbOpenSnapshot;
+  dao.attr("dbLangJapanese") = std::string(seluvorne::dao::dbLangJapanese);
 
   // The names are the package's: seluvorne.Dispatch, not seluvorne._seluvorne.Dispatch.
   for (const char* name : {"Ref", "Array", "Dispatch", "Member", "register", "unregister",

@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "members.h"
 #include "seluvorne/dispatch.h"
 #include "seluvorne/member_table.h"
 #include "values.h"
@@ -124,16 +125,29 @@ void BindDispatch(py::module_& module) {
              return py::bool_(self.get() == other.cast<Object>().get());
            })
       .def("__hash__", [](const Object& self) { return std::hash<const void*>{}(self.get()); })
-      .def("__repr__", &Repr);
+      .def("__repr__", &Repr)
+      .def("__dir__",
+           [](const Object& self) {
+             py::list names;
+             for (const std::string& name : ProxyDir(*self))
+               names.append(name);
+             return names;
+           })
+      // An instance's own __doc__ is what help(obj) shows: the members of its class.
+      .def_property_readonly("__doc__", [](const Object& self) { return ProxyHelp(*self); });
 
   py::class_<Member>(module, "Member", "A member of a component, to call: obj.Name(args).")
       .def("__call__",
            [](const Member& self, py::args arguments) {
              return Call(self.object, self.name, self.kind, arguments);
            })
-      .def("__repr__", [](const Member& self) {
-        return "<seluvorne.Member " + self.name + " of " + std::string(self.object->className()) +
-               ">";
+      .def("__repr__",
+           [](const Member& self) {
+             return "<seluvorne.Member " + self.name + " of " +
+                    std::string(self.object->className()) + ">";
+           })
+      .def_property_readonly("__doc__", [](const Member& self) {
+        return std::string(self.object->className()) + "." + MemberHelp(*self.object, self.name);
       });
 }
 

@@ -1,6 +1,8 @@
 # Type stubs of the seluvorne package (installed as seluvorne/__init__.pyi).
 from typing import Any, Callable, Iterator, Literal
 
+from seluvorne import dao as dao
+
 ElementType = Literal["i2", "i4", "r4", "r8", "str", "bool", "var"]
 
 class Error(Exception):
@@ -38,7 +40,10 @@ class Array:
     def __deepcopy__(self, memo: Any) -> Array: ...
 
 class Dispatch:
-    """A component, created by name or returned by another, called by name."""
+    """A component, created by name or returned by another, called by name.
+
+    dir() lists the members of its class and help() shows their kinds and
+    the number of arguments each takes."""
 
     def invoke(self, name: str, *args: Any) -> Any: ...
     def get(self, name: str, *args: Any) -> Any: ...

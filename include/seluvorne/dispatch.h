@@ -14,6 +14,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "seluvorne/variant.h"
 
@@ -31,7 +32,9 @@ struct MemberKinds {
   bool method = false;
   bool get = false;
   bool put = false;
-  int get_arguments = 0;  // arguments the property read takes (indexed properties > 0)
+  int get_arguments = 0;     // arguments the property read takes (indexed properties > 0)
+  int method_arguments = 0;  // arguments the method takes at most
+  int put_arguments = 0;     // arguments the property write takes, the value included
 };
 
 class Dispatch : public std::enable_shared_from_this<Dispatch> {
@@ -49,6 +52,10 @@ class Dispatch : public std::enable_shared_from_this<Dispatch> {
     (void)member;
     return std::nullopt;
   }
+
+  // The names of the members, as the class declares them, for listings
+  // (dir() in Python); empty when the object cannot tell.
+  virtual std::vector<std::string> memberNames() const { return {}; }
 
   // The member the runtime calls when the object itself is used as a value
   // or called ("Item" of a collection, "Value" of a field); empty for none.

@@ -20,6 +20,7 @@
 // Trailing parameters of type std::optional<T> are optional arguments.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <functional>
 #include <new>
@@ -30,6 +31,7 @@
 #include <tuple>
 #include <unordered_map>
 #include <utility>
+#include <vector>
 
 #include "seluvorne/dispatch.h"
 #include "seluvorne/typed.h"
@@ -60,6 +62,55 @@ struct NameEqual {
 // 7 for exhausted memory, 440 (Automation error) with the message otherwise.
 [[noreturn]] void RethrowAsError(std::string_view source);
 
+// A conversion of the argument at `index` (0-based) that failed with 13.
+// The member table that called the member turns it into the error 13 that
+// names the member, the argument and what it takes.
+struct ArgumentMismatch {
+  std::size_t index;
+  std::string value;          // the value as a message shows it: "value 'abc'", "Null"
+  std::string_view expected;  // "a 16-bit number", "a text", ...
+};
+
+// What a parameter of type T takes, for messages.
+template <class T>
+constexpr std::string_view ExpectedKind() {
+  if constexpr (std::is_same_v<T, std::int16_t>)
+    return "a 16-bit number";
+  else if constexpr (std::is_same_v<T, std::int32_t>)
+    return "a 32-bit number";
+  else if constexpr (std::is_same_v<T, float>)
+    return "a 32-bit real";
+  else if constexpr (std::is_same_v<T, double>)
+    return "a number";
+  else if constexpr (std::is_same_v<T, bool>)
+    return "a Boolean";
+  else if constexpr (std::is_same_v<T, std::string>)
+    return "a text";
+  else if constexpr (vb::IsArray<T>::value)
+    return "an array";
+  else if constexpr (vb::IsSharedObject<T>::value)
+    return "an object";
+  else
+    return "of the parameter's type";
+}
+
+// "value 'abc'", "value 2.5", "Empty", "Null", "an object", "an array".
+std::string DescribeArgument(const vb::Variant& value);
+
+// The detail of the error 13 for `mismatch` in member `source` ("Class.Member").
+std::string MismatchDetail(std::string_view source, const ArgumentMismatch& mismatch);
+
+// vb::FromVariant for the argument at `index`; a 13 becomes an ArgumentMismatch.
+template <class T>
+T ConvertArgument(const vb::Variant& value, std::size_t index) {
+  try {
+    return vb::FromVariant<T>(value);
+  } catch (const Error& error) {
+    if (error.number != errc::kTypeMismatch) throw;
+    throw ArgumentMismatch{index, DescribeArgument(value), ExpectedKind<T>()};
+  }
+}
+
 template <class T>
 struct IsOptional : std::false_type {};
 template <class T>
@@ -81,9 +132,9 @@ class Argument {
   static T Read(std::span<vb::Variant> args, std::size_t i) {
     if constexpr (IsOptional<T>::value) {
       if (i >= args.size()) return std::nullopt;
-      return vb::FromVariant<typename T::value_type>(args[i]);
+      return ConvertArgument<typename T::value_type>(args[i], i);
     } else {
-      return vb::FromVariant<T>(args[i]);
+      return ConvertArgument<T>(args[i], i);
     }
   }
   T value_;
@@ -101,7 +152,7 @@ requires(!std::is_const_v<T>) class Argument<T&> {
     } else {
       direct_ = slot_->peek<T>();
     }
-    if (!direct_) copy_.emplace(vb::FromVariant<T>(*slot_));
+    if (!direct_) copy_.emplace(ConvertArgument<T>(*slot_, i));
   }
   T& get() { return direct_ ? *direct_ : *copy_; }
   void WriteBack() {
@@ -229,7 +280,7 @@ class MemberTable {
     Add(
         name, &Kinds::put,
         [member](C& self, std::span<vb::Variant> args) {
-          self.*member = vb::FromVariant<T>(args[0]);
+          self.*member = detail::ConvertArgument<T>(args[0], 0);
           return vb::Variant();
         },
         1, 1);
@@ -270,6 +321,17 @@ class MemberTable {
     result.get = kinds.get.has_value();
     result.put = kinds.put.has_value();
     if (kinds.get) result.get_arguments = kinds.get->max_args;
+    if (kinds.method) result.method_arguments = kinds.method->max_args;
+    if (kinds.put) result.put_arguments = kinds.put->max_args;
+    return result;
+  }
+
+  // The members' names as declared, in alphabetical order.
+  std::vector<std::string> names() const {
+    std::vector<std::string> result;
+    for (const auto& entry : members_)
+      result.push_back(entry.first);
+    std::sort(result.begin(), result.end());
     return result;
   }
 
@@ -317,7 +379,16 @@ class MemberTable {
            int max_args) {
     auto found = members_.find(name);
     if (found == members_.end()) found = members_.emplace(std::string(name), Kinds{}).first;
-    found->second.*kind = Entry{std::move(call), min_args, max_args};
+    // An argument that does not convert raises 13 naming the member and the argument.
+    Call checked = [call = std::move(call), source = SourceOf(name)](
+                       C& self, std::span<vb::Variant> args) -> vb::Variant {
+      try {
+        return call(self, args);
+      } catch (const detail::ArgumentMismatch& mismatch) {
+        Raise(errc::kTypeMismatch, detail::MismatchDetail(source, mismatch), source);
+      }
+    };
+    found->second.*kind = Entry{std::move(checked), min_args, max_args};
   }
 
   // A method may be called as a property read and the other way round.
@@ -361,6 +432,7 @@ class DispatchImpl : public Base {
   std::optional<MemberKinds> describe(std::string_view member) const override {
     return Derived::Members().describe(member);
   }
+  std::vector<std::string> memberNames() const override { return Derived::Members().names(); }
   std::string_view defaultMember() const override { return Derived::Members().defaultMember(); }
   std::string_view className() const override { return Derived::Members().className(); }
 };

@@ -33,6 +33,15 @@ from seluvorne._seluvorne import (
     unregister,
 )
 
+# `import seluvorne.dao` and `from seluvorne.dao import dbText` find the
+# extension's submodule of the engine's constants.
+import sys as _sys
+
+from seluvorne._seluvorne import dao
+
+dao.__name__ = __name__ + ".dao"
+_sys.modules[dao.__name__] = dao
+
 __all__ = [
     "FLOOR_COMPANION",
     "Array",

@@ -126,10 +126,11 @@ std::shared_ptr<Database> Workspace::OpenDatabase(const std::string& path,
       !connect.value_or("").empty())
     Raise(errc::kInvalidArgument, "(only shared, read-write opens are supported)");
   std::filesystem::path native = DatabasePath(path);
-  CheckFolder(native, path);
+  const std::string shown = native.string();  // messages show the native path
+  CheckFolder(native, shown);
   std::error_code ignored;
-  if (!std::filesystem::is_regular_file(native, ignored)) Raise(errc::kFileNotFoundDb, path);
-  return Handle(path, db::Connection::Open(native, path));
+  if (!std::filesystem::is_regular_file(native, ignored)) Raise(errc::kFileNotFoundDb, shown);
+  return Handle(path, db::Connection::Open(native, shown));
 }
 
 std::shared_ptr<Database> Workspace::CreateDatabase(const std::string& path,
@@ -137,11 +138,12 @@ std::shared_ptr<Database> Workspace::CreateDatabase(const std::string& path,
                                                     std::optional<std::int32_t>) {
   if (!locale.starts_with(";LANGID=")) Raise(errc::kInvalidArgument, "(locale '" + locale + "')");
   std::filesystem::path native = DatabasePath(path);
-  CheckFolder(native, path);
+  const std::string shown = native.string();
+  CheckFolder(native, shown);
   std::error_code ignored;
   if (std::filesystem::exists(std::filesystem::symlink_status(native, ignored)))
     Raise(errc::kDatabaseExists);
-  return Handle(path, db::Connection::Create(native, path, locale));
+  return Handle(path, db::Connection::Create(native, shown, locale));
 }
 
 }  // namespace seluvorne::dao

@@ -3,6 +3,7 @@
 #include <new>
 
 #include "seluvorne/member_table.h"
+#include "seluvorne/runtime.h"
 
 namespace seluvorne {
 
@@ -13,6 +14,20 @@ vb::Variant Invoke(const Object& object, std::string_view member, CallKind kind,
 }
 
 namespace detail {
+
+std::string DescribeArgument(const vb::Variant& value) {
+  if (value.isEmpty()) return "Empty";
+  if (value.isNull()) return "Null";
+  if (value.isObject()) return "an object";
+  if (value.isArray()) return "an array";
+  if (const std::string* text = value.peek<std::string>()) return "value '" + *text + "'";
+  return "value " + vb::CStr(value);
+}
+
+std::string MismatchDetail(std::string_view source, const ArgumentMismatch& mismatch) {
+  return "(" + std::string(source) + ": argument " + std::to_string(mismatch.index + 1) + " (" +
+         mismatch.value + ") is not " + std::string(mismatch.expected) + ")";
+}
 
 std::size_t NameHash::operator()(std::string_view name) const noexcept {
   std::size_t hash = 14695981039346656037ull;  // FNV-1a over the lower-case name

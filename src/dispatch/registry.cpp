@@ -42,6 +42,19 @@ bool IsRegistered(std::string_view prog_id) {
   return registry.factories.contains(prog_id);
 }
 
+namespace {
+
+// What a host does about a name nobody registered.
+std::string NotRegisteredDetail(std::string_view prog_id) {
+  return "(" + std::string(prog_id) +
+         " is not registered: register it with Register(...) in C++ or seluvorne.register(...) "
+         "in Python; RegisterStandaloneComponents(...) or seluvorne.register_standalone(...) "
+         "registers the standalone outside components, StartLibrary() the library's own "
+         "classes)";
+}
+
+}  // namespace
+
 Object CreateObject(std::string_view prog_id) {
   Factory factory;
   {
@@ -52,7 +65,7 @@ Object CreateObject(std::string_view prog_id) {
   }
   // Called outside the lock: a component may create others while it is made.
   Object object = factory ? factory() : nullptr;
-  if (!object) Raise(errc::kCannotCreateObject, "(" + std::string(prog_id) + ")");
+  if (!object) Raise(errc::kCannotCreateObject, NotRegisteredDetail(prog_id));
   return object;
 }
 

@@ -97,6 +97,7 @@ bool clsSeluVorneDataService::OpenDB_Sitei(std::int16_t Mode) {
     // A new floor gets its build-out file beside it; one already there is kept.
     const std::string build_out = folder + "\\" + std::string(clsHariFukasiDS::kFileName);
     if (!files::FileExists(build_out)) BuildOutStore().Create_HariFukasiMDB_FullPath(build_out);
+    if (!FloorCompanion) Raise(errc::kObjectNotSet, "(FloorCompanion is not set)");
     frame::FloorCompanion(FloorCompanion).CreateMDB_FullPath(file);
     found = true;
   }

@@ -122,4 +122,66 @@ TEST_F(DispatchTest, UnknownMembersAndEmptyReferences) {
   EXPECT_RAISES(Invoke(nullptr, "Value", CallKind::PropertyGet, {}), kObjectNotSet);
 }
 
+// What a refused argument's error says: the standard text first, then the
+// member, the argument's position, its value and what the parameter takes.
+TEST_F(DispatchTest, MismatchesNameTheMemberTheArgumentAndItsValue) {
+  struct Case {
+    const char* member;
+    CallKind kind;
+    std::vector<Variant> args;
+    const char* description;
+  };
+  const Case cases[] = {
+      {"pPageNo",
+       CallKind::PropertyPut,
+       {Variant("abc")},
+       "Type mismatch (Gauge.pPageNo: argument 1 (value 'abc') is not a 16-bit number)"},
+      {"Sum",
+       CallKind::Method,
+       {Variant(1), Variant("x")},
+       "Type mismatch (Gauge.Sum: argument 2 (value 'x') is not a 16-bit number)"},
+      {"Sum",
+       CallKind::Method,
+       {Variant(vb::Array<std::int16_t>{1})},
+       "Type mismatch (Gauge.Sum: argument 1 (an array) is not a 16-bit number)"},
+      {"Bump",
+       CallKind::Method,
+       {Variant(1), Variant(vb::Array<std::int16_t>{1})},
+       "Type mismatch (Gauge.Bump: argument 2 (an array) is not a text)"},
+      {"Restock",
+       CallKind::Method,
+       {Variant(2.5)},
+       "Type mismatch (Gauge.Restock: argument 1 (value 2.5) is not an object)"},
+  };
+  for (const Case& c : cases) {
+    std::vector<Variant> args = c.args;
+    try {
+      Invoke(gauge, c.member, c.kind, args);
+      ADD_FAILURE() << c.member << " took " << c.description;
+    } catch (const Error& error) {
+      EXPECT_EQ(error.number, kTypeMismatch) << c.description;
+      EXPECT_EQ(error.description, c.description);
+      EXPECT_EQ(error.source, std::string("Gauge.") + c.member);
+    }
+  }
+  // Other refusals keep their own numbers and texts.
+  EXPECT_RAISES(Call("Sum", 40000), kOverflow);
+  EXPECT_RAISES(Call("Sum", Variant(vb::Null)), kInvalidUseOfNull);
+}
+
+TEST_F(DispatchTest, AnUnregisteredNameSaysHowToRegisterIt) {
+  try {
+    CreateObject("FolderKit.clsExistProbe");
+    FAIL() << "created an unregistered component";
+  } catch (const Error& error) {
+    EXPECT_EQ(error.number, kCannotCreateObject);
+    EXPECT_TRUE(error.description.starts_with(
+        "ActiveX component can't create object (FolderKit.clsExistProbe is not registered:"))
+        << error.description;
+    for (const char* how : {"Register(", "seluvorne.register(", "RegisterStandaloneComponents(",
+                            "seluvorne.register_standalone("})
+      EXPECT_NE(error.description.find(how), std::string::npos) << how;
+  }
+}
+
 }  // namespace

@@ -1,0 +1,105 @@
+"""What the module tells a user: dir() and help() of a proxy from its
+class's member table, the engine's constants by name, and error texts that
+say what was wrong."""
+
+import pydoc
+
+import pytest
+
+import seluvorne
+from seluvorne.dao import dbFailOnError, dbInteger, dbOpenDynaset, dbOpenSnapshot, dbOpenTable, dbText
+from support import error_of
+
+
+@pytest.fixture
+def floors(tmp_path, monkeypatch):
+    monkeypatch.setenv("SELUVORNE_SETTINGS", str(tmp_path / "no-settings.json"))
+    seluvorne.register_standalone(str(tmp_path))
+    seluvorne.restart()
+    yield seluvorne.CreateObject("FolderKit.clsFloorDirs")
+    seluvorne.restart()
+
+
+def test_the_engines_constants_have_daos_names_and_values():
+    assert (dbInteger, dbText, dbFailOnError) == (3, 10, 128)
+    assert (dbOpenTable, dbOpenDynaset, dbOpenSnapshot) == (1, 2, 4)
+    assert seluvorne.dao.dbLangJapanese.startswith(";LANGID=0x0411")
+
+
+@pytest.mark.parametrize(
+    "make, listed, help_lines",
+    [
+        (
+            lambda: seluvorne.CreateObject("SeluVorneDS.clsSeluVorneDataService"),
+            {"CurrKai", "GetFileName", "OpenDB_Sitei", "FloorCompanion", "CloseDB"},
+            ["CurrKai: property get, put(1)", "OpenSeluVorne: method(2)", "PageMax: property get\n"],
+        ),
+        (
+            seluvorne.DBEngine,
+            {"Workspaces", "OpenDatabase", "CreateDatabase"},
+            ["Workspaces: property get(1)", "CreateDatabase: method(3)"],
+        ),
+    ],
+    ids=["data service", "engine"],
+)
+def test_dir_and_help_come_from_the_member_table(floors, make, listed, help_lines):
+    proxy = make()
+    names = dir(proxy)
+    assert listed <= set(names)
+    assert {"invoke", "get", "put"} <= set(names)
+    assert names.count("CurrKai") <= 1  # each member once, as declared
+    shown = pydoc.render_doc(proxy, renderer=pydoc.plaintext)
+    for line in help_lines:
+        assert line in shown, shown
+
+
+def test_a_python_component_lists_only_the_explicit_forms(component):
+    component("Py.Plain", lambda: type("Plain", (), {"Name": "n"})())
+    plain = seluvorne.CreateObject("Py.Plain")
+    assert set(dir(plain)) == {"invoke", "get", "put"}
+    assert "resolved when they are called" in plain.__doc__
+
+
+def test_a_member_to_call_describes_itself(floors):
+    service = seluvorne.CreateObject("SeluVorneDS.clsSeluVorneDataService")
+    assert service.OpenDB_Sitei.__doc__ == "clsSeluVorneDataService.OpenDB_Sitei: method(1)"
+
+
+@pytest.mark.parametrize(
+    "case, number, description",
+    [
+        (
+            lambda service, floors, tmp: service.put("CurZeneNo", "abc"),
+            13,
+            "Type mismatch (clsSeluVorneDataService.CurZeneNo: argument 1 (value 'abc') is not a 16-bit number)",
+        ),
+        (
+            lambda service, floors, tmp: seluvorne.CreateObject("Nobody.clsNothing"),
+            429,
+            "ActiveX component can't create object (Nobody.clsNothing is not registered: register it with "
+            "Register(...) in C++ or seluvorne.register(...) in Python",
+        ),
+        (
+            lambda service, floors, tmp: (
+                floors.MakeMkDir(floors.GetFullPathToKai(1, 2, 3)),
+                setattr(service, "CurZeneNo", 1),
+                setattr(service, "CurKoujiNo", 2),
+                setattr(service, "CurKaiNo", 3),
+                service.OpenDB_Sitei(1),
+            ),
+            91,
+            "Object variable or With block variable not set (FloorCompanion is not set)",
+        ),
+        (
+            lambda service, floors, tmp: seluvorne.DBEngine().OpenDatabase(f"{tmp}\\missing\\SELUVORN.mdb"),
+            3044,
+            "'{tmp}/missing/SELUVORN.mdb' isn't a valid path.",
+        ),
+    ],
+    ids=["13 argument", "429 how to register", "91 empty property", "3044 native path"],
+)
+def test_error_texts_say_what_was_wrong(floors, tmp_path, case, number, description):
+    service = seluvorne.CreateObject("SeluVorneDS.clsSeluVorneDataService")
+    error = error_of(lambda: case(service, floors, str(tmp_path)))
+    assert error.number == number
+    assert error.description.startswith(description.format(tmp=tmp_path)), error.description
