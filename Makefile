@@ -8,7 +8,7 @@ JOBS       ?= $(shell nproc)
 CMAKE_ARGS ?=
 PREFIX     ?= /usr/local
 # What `make demo` builds: only what the tour runs, not the tests.
-DEMO_TARGETS := seluvorne seluvorne-jet-reader
+DEMO_TARGETS := seluvorne_command seluvorne-jet-reader
 
 .PHONY: help setup build test demo bench asan fuzz crash-pages format install clean
 
