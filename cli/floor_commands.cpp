@@ -13,6 +13,7 @@
 #include "seluvorne/dao.h"
 #include "seluvorne/floor_schema.h"
 #include "seluvorne/integrity.h"
+#include "seluvorne/legacy.h"
 #include "seluvorne/library.h"
 #include "seluvorne/runtime.h"
 #include "seluvorne/sample_floor.h"
@@ -255,6 +256,58 @@ void WriteSampleFloor(Context& context, const std::string& text) {
   if (new_roster) fmt::print("wrote the roster of their beam names to {}\n", roster.string());
 }
 
+// The floors of the data root that still hold a legacy file.
+std::vector<std::string> LegacyFloors(Context& context) {
+  std::vector<std::string> floors;
+  const fs::path root = fs::path(context.DataRoot());
+  static const std::regex zene(R"(Zene(\d{1,5}))"), kouji(R"(Kouji(\d{1,5}))"), kai(R"((\d{1,5})kai)");
+  for (const auto& [z, zene_folder] : Numbered(root, zene))
+    for (const auto& [k, kouji_folder] : Numbered(zene_folder, kouji))
+      for (const auto& [f, floor_folder] : Numbered(kouji_folder, kai))
+        for (const char* name : kFloorFiles)
+          if (files::FormatOf(floor_folder / name) == DatabaseFormat::kLegacy) {
+            floors.push_back(fmt::format("{}/{}/{}", z, k, f));
+            break;
+          }
+  return floors;
+}
+
+void MigrateFloors(Context& context, const std::string& text, bool all, bool salvage) {
+  if (all == !text.empty()) throw UsageError("migrate takes one FLOOR or --all");
+  const std::vector<std::string> floors = all ? LegacyFloors(context) : std::vector{text};
+  nlohmann::json reports = nlohmann::json::array();
+  for (const std::string& name : floors) {
+    const Floor floor = context.ResolveFloor(name);
+    const legacy::MigrationReport report = legacy::MigrateFloor(floor.folder, salvage);
+    nlohmann::json files = nlohmann::json::array();
+    for (const legacy::FileReport& file : report.files) {
+      nlohmann::json tables = nlohmann::json::array();
+      for (const legacy::TableReport& table : file.tables)
+        tables.push_back({{"table", table.table}, {"recorded", table.recorded},
+                          {"read", table.read}, {"written", table.written}});
+      files.push_back({{"file", file.file}, {"migrated", file.migrated}, {"tables", tables}});
+      if (context.json) continue;
+      if (!file.migrated) {
+        fmt::print("{}  {}: already native\n", name, file.file);
+        continue;
+      }
+      std::int64_t rows = 0;
+      for (const legacy::TableReport& table : file.tables) rows += table.written;
+      fmt::print("{}  {}: migrated, {} tables, {} rows (original kept as {}.jet)\n", name,
+                 file.file, file.tables.size(), rows, file.file);
+      for (const legacy::TableReport& table : file.tables)
+        if (table.written < table.recorded)
+          fmt::print("      {}: LOST {} of {} rows\n", table.table, table.recorded - table.written,
+                     table.recorded);
+    }
+    if (!report.report_file.empty() && !context.json)
+      fmt::print("{}  report: {}\n", name, report.report_file);
+    reports.push_back({{"floor", name}, {"files", files}, {"report_file", report.report_file}});
+  }
+  if (context.json) PrintJson({{"floors", reports}});
+  else if (floors.empty()) fmt::print("no legacy floor under {}\n", context.DataRoot());
+}
+
 }  // namespace
 
 void AddFloorCommands(CLI::App& app, Context& context) {
@@ -275,6 +328,17 @@ void AddFloorCommands(CLI::App& app, Context& context) {
       ->required();
   sample->footer("Example: seluvorne sample 1/1/3 && seluvorne pages 1/1/3");
   sample->callback([&context] { WriteSampleFloor(context, sample_floor); });
+
+  static std::string migrate_floor;
+  static bool migrate_all = false, salvage = false;
+  auto* migrate = app.add_subcommand("migrate", "convert a floor's legacy Jet files to the native "
+                                                "format, every row checked; originals kept as *.jet");
+  migrate->add_option("FLOOR", migrate_floor, "Z/K/F or a floor folder");
+  migrate->add_flag("--all", migrate_all, "every floor of the data root that holds a legacy file");
+  migrate->add_flag("--salvage", salvage,
+                    "migrate what a damaged file still gives; the losses are reported");
+  migrate->footer("Example: seluvorne migrate 1/1/3   or   seluvorne migrate --all");
+  migrate->callback([&context] { MigrateFloors(context, migrate_floor, migrate_all, salvage); });
 
   auto* check = app.add_subcommand("check", "check a floor's files: storage, tables and fields, "
                                             "rows of pages the directory does not list");
