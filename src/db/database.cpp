@@ -3,6 +3,7 @@
 #include "connection.h"
 #include "field_rules.h"
 #include "seluvorne/dao.h"
+#include "seluvorne/entry_lock.h"
 #include "states.h"
 
 namespace seluvorne::dao {
@@ -23,20 +24,24 @@ const MemberTable<Database>& Database::Members() {
 Database::Database(std::shared_ptr<db::DatabaseState> state) : state_(std::move(state)) {}
 
 std::string Database::Name() const {
+  EntryLock entry;
   state_->Use();
   return state_->name;
 }
 
 std::string Database::Locale() const {
+  EntryLock entry;
   return state_->Use().catalogue().locale();
 }
 
 void Database::Close() {
+  EntryLock entry;
   state_->Use();
   state_->connection.reset();
 }
 
 void Database::Execute(const std::string& sql, std::optional<std::int32_t>) {
+  EntryLock entry;
   db::Connection& connection = state_->Use();
   db::PreparedStatement& statement = connection.Prepare(connection.Translate(sql));
   if (statement.ColumnCount() > 0) Raise(errc::kCannotExecuteSelect);
@@ -45,6 +50,7 @@ void Database::Execute(const std::string& sql, std::optional<std::int32_t>) {
 
 std::shared_ptr<Recordset> Database::OpenRecordset(const std::string& source,
                                                    std::optional<std::int16_t> type) {
+  EntryLock entry;
   db::Connection& connection = state_->Use();
   std::int16_t kind = type.value_or(dbOpenDynaset);
   if (kind != dbOpenTable && kind != dbOpenDynaset && kind != dbOpenSnapshot)
@@ -83,11 +89,13 @@ std::shared_ptr<Recordset> Database::OpenRecordset(const std::string& source,
 }
 
 std::shared_ptr<dao::TableDefs> Database::TableDefs() {
+  EntryLock entry;
   state_->Use();
   return std::make_shared<dao::TableDefs>(state_);
 }
 
 std::shared_ptr<TableDef> Database::CreateTableDef(const std::string& name) {
+  EntryLock entry;
   state_->Use();
   return std::make_shared<TableDef>(name);
 }
@@ -107,16 +115,19 @@ TableDefs::TableDefs(std::shared_ptr<db::DatabaseState> database)
     : database_(std::move(database)) {}
 
 std::int32_t TableDefs::Count() const {
+  EntryLock entry;
   return static_cast<std::int32_t>(database_->Use().catalogue().tables().size());
 }
 
 std::shared_ptr<TableDef> TableDefs::Item(std::string_view name) const {
+  EntryLock entry;
   std::shared_ptr<const db::TableDefinition> table = database_->Use().catalogue().Find(name);
   if (!table) Raise(errc::kItemNotFound, "(" + std::string(name) + ")");
   return std::make_shared<TableDef>(database_, std::move(table));
 }
 
 std::shared_ptr<TableDef> TableDefs::Item(std::int32_t position) const {
+  EntryLock entry;
   const auto& tables = database_->Use().catalogue().tables();
   if (position < 0 || position >= static_cast<std::int32_t>(tables.size()))
     Raise(errc::kItemNotFound);
@@ -129,6 +140,7 @@ std::shared_ptr<TableDef> TableDefs::ItemOf(const vb::Variant& index) const {
 }
 
 void TableDefs::Append(const std::shared_ptr<TableDef>& table) {
+  EntryLock entry;
   if (!table) Raise(errc::kObjectNotSet);
   db::Connection& connection = database_->Use();
   if (table->appended_) Raise(errc::kObjectExists);
@@ -173,12 +185,14 @@ TableDef::TableDef(std::shared_ptr<db::DatabaseState> database,
 
 void TableDef::BecomeAppended(std::shared_ptr<db::DatabaseState> database,
                               std::shared_ptr<const db::TableDefinition> table) {
+  EntryLock entry;
   database_ = std::move(database);
   appended_ = std::move(table);
   fields_->appendable_ = false;
 }
 
 std::string TableDef::Name() const {
+  EntryLock entry;
   if (database_) database_->Use();
   return name_;
 }
@@ -186,6 +200,7 @@ std::string TableDef::Name() const {
 std::shared_ptr<Field> TableDef::CreateField(const std::string& name,
                                              std::optional<std::int16_t> type,
                                              std::optional<std::int32_t> size) {
+  EntryLock entry;
   db::FieldDefinition definition{name, type.value_or(0), 0, "", false};
   if (definition.type == dbInteger) definition.size = 2;
   if (definition.type == dbText) definition.size = size.value_or(50);
@@ -193,6 +208,7 @@ std::shared_ptr<Field> TableDef::CreateField(const std::string& name,
 }
 
 std::shared_ptr<dao::Fields> TableDef::Fields() {
+  EntryLock entry;
   if (database_) database_->Use();
   return fields_;
 }

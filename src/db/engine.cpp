@@ -4,6 +4,7 @@
 
 #include "connection.h"
 #include "seluvorne/dao.h"
+#include "seluvorne/entry_lock.h"
 #include "seluvorne/paths.h"
 #include "states.h"
 
@@ -46,6 +47,7 @@ std::shared_ptr<DBEngine> DBEngine::Instance() {
 }
 
 std::shared_ptr<Workspace> DBEngine::Workspaces(const vb::Variant& index) {
+  EntryLock entry;
   bool first =
       index.isString() ? *index.peek<std::string>() == "#Default Workspace#" : vb::CLng(index) == 0;
   if (!first) Raise(errc::kItemNotFound);
@@ -57,6 +59,7 @@ std::shared_ptr<Database> DBEngine::OpenDatabase(const std::string& path,
                                                  std::optional<vb::Variant> options,
                                                  std::optional<bool> read_only,
                                                  std::optional<std::string> connect) {
+  EntryLock entry;
   return Workspaces(vb::Variant(std::int16_t{0}))
       ->OpenDatabase(path, std::move(options), read_only, std::move(connect));
 }
@@ -64,14 +67,17 @@ std::shared_ptr<Database> DBEngine::OpenDatabase(const std::string& path,
 std::shared_ptr<Database> DBEngine::CreateDatabase(const std::string& path,
                                                    const std::string& locale,
                                                    std::optional<std::int32_t> options) {
+  EntryLock entry;
   return Workspaces(vb::Variant(std::int16_t{0}))->CreateDatabase(path, locale, options);
 }
 
 std::int32_t DBEngine::BusyTimeout() const {
+  EntryLock entry;
   return db::Connection::BusyTimeout();
 }
 
 void DBEngine::SetBusyTimeout(std::int32_t milliseconds) {
+  EntryLock entry;
   db::Connection::SetBusyTimeout(milliseconds);
 }
 
@@ -89,6 +95,7 @@ std::shared_ptr<Database> Workspace::OpenDatabase(const std::string& path,
                                                   std::optional<vb::Variant> options,
                                                   std::optional<bool> read_only,
                                                   std::optional<std::string> connect) {
+  EntryLock entry;
   if ((options && vb::CBool(*options)) || read_only.value_or(false) ||
       !connect.value_or("").empty())
     Raise(errc::kInvalidArgument, "(only shared, read-write opens are supported)");
@@ -102,6 +109,7 @@ std::shared_ptr<Database> Workspace::OpenDatabase(const std::string& path,
 std::shared_ptr<Database> Workspace::CreateDatabase(const std::string& path,
                                                     const std::string& locale,
                                                     std::optional<std::int32_t>) {
+  EntryLock entry;
   if (!locale.starts_with(";LANGID=")) Raise(errc::kInvalidArgument, "(locale '" + locale + "')");
   std::filesystem::path native = NativePath(path);
   CheckFolder(native, path);

@@ -8,6 +8,7 @@
 #include <fstream>
 
 #include "connection.h"
+#include "seluvorne/entry_lock.h"
 #include "seluvorne/error.h"
 #include "seluvorne/paths.h"
 
@@ -39,16 +40,19 @@ void RemoveCompanions(const fs::path& path) {
 }  // namespace
 
 bool FileExists(std::string_view path) {
+  EntryLock entry;
   std::error_code ignored;
   return fs::is_regular_file(NativePath(path), ignored);
 }
 
 bool FolderExists(std::string_view path) {
+  EntryLock entry;
   std::error_code ignored;
   return fs::is_directory(NativePath(path), ignored);
 }
 
 void DeleteFile(std::string_view path) {
+  EntryLock entry;
   fs::path native = NativePath(path);
   CheckFolderOf(native);
   if (!FileExists(path)) Raise(errc::kFileNotFound);
@@ -59,6 +63,7 @@ void DeleteFile(std::string_view path) {
 }
 
 void CopyFile(std::string_view source, std::string_view destination) {
+  EntryLock entry;
   fs::path from = NativePath(source), to = NativePath(destination);
   CheckFolderOf(from);
   if (!FileExists(source)) Raise(errc::kFileNotFound);

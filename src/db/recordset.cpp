@@ -4,6 +4,7 @@
 
 #include "field_rules.h"
 #include "seluvorne/dao.h"
+#include "seluvorne/entry_lock.h"
 #include "states.h"
 
 namespace seluvorne::db {
@@ -86,16 +87,19 @@ const MemberTable<Recordset>& Recordset::Members() {
 Recordset::Recordset(std::shared_ptr<db::RecordsetState> state) : state_(std::move(state)) {}
 
 bool Recordset::IsEOF() const {
+  EntryLock entry;
   state_->EnsureLoaded();
   return state_->position >= state_->rows;
 }
 
 bool Recordset::IsBOF() const {
+  EntryLock entry;
   state_->EnsureLoaded();
   return state_->rows == 0;  // a set is before its first row only when it has none
 }
 
 void Recordset::MoveFirst() {
+  EntryLock entry;
   state_->EnsureLoaded();
   if (state_->rows == 0) Raise(errc::kNoCurrentRecord);
   state_->adding = false;
@@ -103,6 +107,7 @@ void Recordset::MoveFirst() {
 }
 
 void Recordset::MoveLast() {
+  EntryLock entry;
   state_->EnsureLoaded();
   if (state_->rows == 0) Raise(errc::kNoCurrentRecord);
   state_->adding = false;
@@ -111,6 +116,7 @@ void Recordset::MoveLast() {
 }
 
 void Recordset::MoveNext() {
+  EntryLock entry;
   state_->EnsureLoaded();
   if (state_->position >= state_->rows) Raise(errc::kNoCurrentRecord);
   state_->adding = false;
@@ -119,11 +125,13 @@ void Recordset::MoveNext() {
 }
 
 std::int32_t Recordset::RecordCount() const {
+  EntryLock entry;
   state_->EnsureLoaded();
   return state_->visited;
 }
 
 std::shared_ptr<dao::Fields> Recordset::Fields() {
+  EntryLock entry;
   state_->Use();
   if (!fields_) {
     std::vector<std::shared_ptr<Field>> fields;
@@ -135,18 +143,21 @@ std::shared_ptr<dao::Fields> Recordset::Fields() {
 }
 
 vb::Variant Recordset::Value(std::string_view name) const {
+  EntryLock entry;
   int column = state_->ColumnIndex(name);
   if (column < 0) Raise(errc::kItemNotFound, "(" + std::string(name) + ")");
   return state_->ValueAt(column);
 }
 
 void Recordset::SetValue(std::string_view name, vb::Variant value) {
+  EntryLock entry;
   int column = state_->ColumnIndex(name);
   if (column < 0) Raise(errc::kItemNotFound, "(" + std::string(name) + ")");
   state_->SetValueAt(column, std::move(value));
 }
 
 void Recordset::AddNew() {
+  EntryLock entry;
   state_->Use();
   if (state_->type == dbOpenSnapshot || !state_->table || state_->table->system)
     Raise(errc::kReadOnly);
@@ -157,6 +168,7 @@ void Recordset::AddNew() {
 }
 
 void Recordset::Update() {
+  EntryLock entry;
   db::Connection& connection = state_->Use();
   if (!state_->adding) Raise(errc::kUpdateWithoutAddNew);
   const db::TableDefinition& table = *state_->table;
@@ -184,6 +196,7 @@ void Recordset::Update() {
 }
 
 vb::Array<vb::Variant> Recordset::GetRows(std::optional<std::int32_t> rows) {
+  EntryLock entry;
   state_->EnsureLoaded();
   std::int32_t wanted = rows.value_or(1);
   if (wanted < 1) Raise(errc::kInvalidArgument, "(number of rows)");
@@ -202,6 +215,7 @@ vb::Array<vb::Variant> Recordset::GetRows(std::optional<std::int32_t> rows) {
 }
 
 void Recordset::Close() {
+  EntryLock entry;
   state_->Use();
   state_->closed = true;
   state_->values.clear();
