@@ -5,13 +5,15 @@ ASAN_BUILD ?= build-asan
 JOBS       ?= $(shell nproc)
 CMAKE_ARGS ?=
 
-.PHONY: help setup build test demo bench asan format clean
+.PHONY: help setup build test demo bench asan stress crash format clean
 
 help:
 	@echo "make demo    set up, build and run the demo tour"
 	@echo "make test    set up, build and run every test (C++ and Python)"
 	@echo "make bench   build and run the benchmarks (Release)"
 	@echo "make asan    build and run the tests under AddressSanitizer + UBSan"
+	@echo "make stress  racing clients on one floor (processes and threads), 100 trials"
+	@echo "make crash   a writer killed at random points, 100 trials"
 	@echo "make format  format the sources with clang-format"
 	@echo "make setup   install the Debian packages the project needs"
 	@echo "make clean   remove the build folders"
@@ -40,6 +42,13 @@ asan: setup
 	cmake -S . -B $(ASAN_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=Debug -DSELUVORNE_SANITIZE=ON
 	cmake --build $(ASAN_BUILD) -j $(JOBS)
 	ctest --test-dir $(ASAN_BUILD) --output-on-failure -j $(JOBS) -LE python
+
+# The long runs of the tools `make test` runs with small counts (label stress).
+stress: build
+	PYTHONPATH=$(BUILD)/python /usr/bin/python3 tests/stress/stress.py 100
+
+crash: build
+	PYTHONPATH=$(BUILD)/python /usr/bin/python3 tests/stress/crash.py 100
 
 format:
 	git ls-files --cached --others --exclude-standard '*.cpp' '*.h' | xargs -r clang-format -i

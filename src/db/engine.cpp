@@ -110,13 +110,27 @@ std::shared_ptr<Database> Workspace::CreateDatabase(const std::string& path,
                                                     const std::string& locale,
                                                     std::optional<std::int32_t>) {
   EntryLock entry;
+  return CreateDatabaseWith(path, locale, {});
+}
+
+std::shared_ptr<Database> Workspace::CreateDatabaseWith(
+    const std::string& path, const std::string& locale,
+    const std::function<void(Database&)>& build) {
+  EntryLock entry;
   if (!locale.starts_with(";LANGID=")) Raise(errc::kInvalidArgument, "(locale '" + locale + "')");
   std::filesystem::path native = NativePath(path);
   CheckFolder(native, path);
   std::error_code ignored;
   if (std::filesystem::exists(std::filesystem::symlink_status(native, ignored)))
     Raise(errc::kDatabaseExists);
-  return Handle(path, db::Connection::Create(native, path, locale));
+  db::Connection::Builder builder;
+  if (build)
+    builder = [&](const std::shared_ptr<db::Connection>& building) {
+      std::shared_ptr<Database> handle = Handle(path, building);
+      build(*handle);
+      handle->Close();
+    };
+  return Handle(path, db::Connection::Create(native, path, locale, builder));
 }
 
 }  // namespace seluvorne::dao

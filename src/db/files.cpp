@@ -8,6 +8,7 @@
 #include <fstream>
 
 #include "connection.h"
+#include "file_lock.h"
 #include "seluvorne/entry_lock.h"
 #include "seluvorne/error.h"
 #include "seluvorne/paths.h"
@@ -57,9 +58,13 @@ void DeleteFile(std::string_view path) {
   CheckFolderOf(native);
   if (!FileExists(path)) Raise(errc::kFileNotFound);
   if (db::Connection::IsOpen(native)) Raise(errc::kPermissionDenied);
+  // Held until the file is gone: no process can open it meanwhile.
+  db::FileLock unused(native);
+  if (unused.is_open() && !unused.TryExclusive()) Raise(errc::kPermissionDenied);
   std::error_code failure;
   if (!fs::remove(native, failure)) Raise(errc::kPermissionDenied);
   RemoveCompanions(native);
+  db::SyncFolder(native.parent_path());
 }
 
 void CopyFile(std::string_view source, std::string_view destination) {
@@ -71,16 +76,26 @@ void CopyFile(std::string_view source, std::string_view destination) {
   std::error_code ignored;
   if (db::Connection::IsOpen(to) || fs::equivalent(from, to, ignored))
     Raise(errc::kPermissionDenied);
+  // Held until the copy has replaced the destination: another process's
+  // handle on it gives 70, and none can open it meanwhile.
+  db::FileLock replaced(to);
+  if (replaced.is_open() && !replaced.TryExclusive()) Raise(errc::kPermissionDenied);
 
-  if (!IsSqliteFile(from)) {
+  // A file open here is surely a database; reading its header through a
+  // descriptor of our own would drop SQLite's locks on it when closed.
+  if (!db::Connection::IsOpen(from) && !IsSqliteFile(from)) {
     std::error_code failure;
     fs::copy_file(from, to, fs::copy_options::overwrite_existing, failure);
     if (failure) Raise(errc::kPermissionDenied);
+    db::SyncFolder(to.parent_path());
     return;
   }
   // A consistent snapshot of the database, committed rows in the log
-  // included, written beside the destination and then put in its place.
+  // included, written beside the destination and then put in its place. A
+  // copy a crash left half written is cleared first.
   fs::path copy = to.string() + ".copying";
+  fs::remove(copy, ignored);
+  RemoveCompanions(copy);
   try {
     {
       SQLite::Database reader(from.string(), SQLite::OPEN_READONLY, db::Connection::BusyTimeout());
@@ -90,6 +105,7 @@ void CopyFile(std::string_view source, std::string_view destination) {
     }
     RemoveCompanions(to);  // a log left beside the old file must not meet the new one
     fs::rename(copy, to);
+    db::SyncFolder(to.parent_path());
   } catch (const std::exception& failure) {
     fs::remove(copy, ignored);
     RemoveCompanions(copy);

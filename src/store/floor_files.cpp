@@ -54,19 +54,34 @@ void clsSeluVorneDataService::Create_SeluVornMDB_FullPath(const std::string& Fil
 void clsSeluVorneDataService::UpgradeTables(std::shared_ptr<dao::Database>& db, Upgrade steps) {
   clsHariSWDS& store = SwitchStore();
   vb::Variant handle(db);  // the checks take the handle by reference and may replace it
-  if (!store.IsTopTblExist(handle)) store.CreateTopTbl(handle);
+  // Several clients may open an older floor at once: the table another one
+  // added meanwhile (3010, checked inside the creating write) is the one wanted.
+  auto add = [&](void (clsHariSWDS::*create)(vb::Variant&)) {
+    frame::AcceptIfAnotherDidIt(errc::kTableExists, [&] { (store.*create)(handle); });
+  };
+  if (!store.IsTopTblExist(handle)) add(&clsHariSWDS::CreateTopTbl);
   if (steps >= Upgrade::kSpanTopAndJoint && !store.IsTanbuJointLTblExist(handle))
-    store.CreateTanbuJointLTbl(handle);
+    add(&clsHariSWDS::CreateTanbuJointLTbl);
   if (steps >= Upgrade::kAll && !store.IsStpJougeGensunTblExist(handle))
-    store.CreateStpJougeGensunTbl(handle);
+    add(&clsHariSWDS::CreateStpJougeGensunTbl);
   db = vb::FromVariant<std::shared_ptr<dao::Database>>(handle);
 }
 
 bool clsSeluVorneDataService::OpenSeluVorne(const std::string& CurrFloor,
                                             std::shared_ptr<dao::Database>& mydb) {
   const std::string file = GetFileName(CurrFloor);
-  if (gExistProbe.Find_FileExists(file).empty()) Create_SeluVornMDB(CurrFloor);
-  auto db = DefaultWorkspace()->OpenDatabase(file);
+  // Another client may delete the floor between the check and the open; the
+  // floor is then made again, as if it had been missing all along.
+  std::shared_ptr<dao::Database> db;
+  for (int attempt = 1; !db; ++attempt) {
+    if (gExistProbe.Find_FileExists(file).empty())
+      frame::AcceptIfAnotherDidIt(errc::kDatabaseExists, [&] { Create_SeluVornMDB(CurrFloor); });
+    try {
+      db = DefaultWorkspace()->OpenDatabase(file);
+    } catch (const Error& error) {
+      if (error.number != errc::kFileNotFoundDb || attempt == 3) throw;
+    }
+  }
   UpgradeTables(db, Upgrade::kAll);
   mydb = std::move(db);
   return true;
@@ -85,10 +100,12 @@ bool clsSeluVorneDataService::OpenDB_Sitei(std::int16_t Mode) {
   const std::string file = GetFileName(folder);
   bool found = !gExistProbe.Find_FileExists(file, ExistProbe::kFile).empty();
   if (!found && Mode == 1) {
-    Create_SeluVornMDB_FullPath(file);
+    frame::AcceptIfAnotherDidIt(errc::kDatabaseExists, [&] { Create_SeluVornMDB_FullPath(file); });
     // A new floor gets its build-out file beside it; one already there is kept.
     const std::string build_out = folder + "\\" + std::string(clsHariFukasiDS::kFileName);
-    if (!files::FileExists(build_out)) BuildOutStore().Create_HariFukasiMDB_FullPath(build_out);
+    if (!files::FileExists(build_out))
+      frame::AcceptIfAnotherDidIt(
+          errc::kDatabaseExists, [&] { BuildOutStore().Create_HariFukasiMDB_FullPath(build_out); });
     frame::FloorCompanion(FloorCompanion).CreateMDB_FullPath(file);
     found = true;
   }
@@ -104,7 +121,8 @@ bool clsSeluVorneDataService::OpenDB_Sitei(std::int16_t Mode) {
 
 bool clsSeluVorneDataService::OpenDB_Sitei_Copy(const std::string& sFullPathFileName) {
   if (gExistProbe.Find_FileExists(sFullPathFileName, ExistProbe::kFile).empty())
-    Create_SeluVornMDB_FullPath(sFullPathFileName);
+    frame::AcceptIfAnotherDidIt(errc::kDatabaseExists,
+                                [&] { Create_SeluVornMDB_FullPath(sFullPathFileName); });
   auto db = dao::DBEngine::Instance()->OpenDatabase(sFullPathFileName);
   UpgradeTables(db, Upgrade::kSpanTopAndJoint);
   KutaiDb = std::move(db);

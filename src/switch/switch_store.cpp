@@ -75,7 +75,8 @@ bool clsHariSWDS::No_Copy1Page(std::int16_t iMotoZeneNo, std::int16_t iMotoKouji
 }
 
 bool clsHariSWDS::Copy_OpenDB() {
-  if (frame::gExistProbe.Find_FileExists(path_).empty()) Create_SwMDB_TBL(path_);
+  if (frame::gExistProbe.Find_FileExists(path_).empty())
+    frame::AcceptIfAnotherDidIt(errc::kDatabaseExists, [&] { Create_SwMDB_TBL(path_); });
   db_ = dao::DBEngine::Instance()->Workspaces(vb::Variant(std::int16_t{0}))->OpenDatabase(path_);
   return true;
 }
