@@ -134,10 +134,14 @@ def trial(name, root):
     child.send_signal(signal.SIGKILL)
     output, _ = child.communicate()
     reported = [line.split(" ", 1)[1] for line in output.splitlines() if line.startswith("done ")]
+    members[name].append(len(reported))
     try:
         return check(root, reported)
     except seluvorne.Error as error:
         return [f"error {error.number}: {error}"]
+
+
+members = {name: [] for name in SCENARIOS}  # members returned before each kill
 
 
 def main():
@@ -157,7 +161,8 @@ def main():
             else:
                 passed[name] += 1
     for name, count in passed.items():
-        print(f"{count:4d} of {trials}  {name}")
+        returned = members[name]
+        print(f"{count:4d} of {trials}  {name}  (killed after {min(returned)} to {max(returned)} members)")
     return 0 if all(count == trials for count in passed.values()) else 1
 
 

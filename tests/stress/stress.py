@@ -108,6 +108,7 @@ def open_new_floor(n, root):
 
 
 def processes_open_a_new_floor(root):
+    service(root)
     problems = in_processes(PROCESSES, open_new_floor, root)
     file = native(floor_of(root)) + "/SELUVORN.mdb"
     return problems or check_file(file, "TOORIMEI", PROCESSES)
@@ -173,6 +174,7 @@ def create_write_delete(n, root):
 
 
 def processes_create_write_delete(root):
+    service(root)
     problems = in_processes(PROCESSES, create_write_delete, root)
     file = native(floor_of(root)) + "/SELUVORN.mdb"
     return problems or (check_file(file) if os.path.exists(file) else [])
