@@ -133,9 +133,9 @@ TEST_F(FileRulesTest, ACreationThatLosesLeavesTheWinnersFileAndLogAlone) {
 // statfs types: network file systems get the rollback journal, whatever the
 // file had; local ones WAL.
 TEST_F(FileRulesTest, OnANetworkShareAFileUsesTheRollbackJournal) {
-  const std::pair<long, const char*> types[] = {
-      {0x6969, "delete"},     {0xFF534D42, "delete"}, {0xFE534D42, "delete"},
-      {0x01021997, "delete"}, {0xEF53, "wal"},        {0x01021994, "wal"}};
+  const std::pair<long, const char*> types[] = {{0x6969, "delete"},     {0xFF534D42, "delete"},
+                                                {0xFE534D42, "delete"}, {0x01021997, "delete"},
+                                                {0xEF53, "wal"},        {0x01021994, "wal"}};
   Create("old.mdb")->Close();  // made where the folder really is: WAL
   int n = 0;
   for (auto [type, mode] : types) {
