@@ -16,6 +16,7 @@
 
 #include <atomic>
 #include <cerrno>
+#include <chrono>
 #include <string>
 
 #include "connection.h"
@@ -42,15 +43,19 @@ bool IsCompanionName(std::string_view name) {
   return false;
 }
 
-// Temporary files of earlier creations of `path` whose creator is gone (a
-// living creator holds its file's exclusive lock).
+// Temporary files of earlier creations of `path` whose creator is gone: a
+// living creator holds its file's exclusive lock, and a file made in the last
+// minute is left alone, as its creator may not have locked it yet.
 void ClearAbandonedCreations(const fs::path& path) {
+  const auto recent = fs::file_time_type::clock::now() - std::chrono::minutes(1);
   const std::string prefix = path.filename().string() + std::string(kCreatingMark);
   std::error_code failure;
   fs::path folder = path.parent_path().empty() ? fs::path(".") : path.parent_path();
   for (const fs::directory_entry& entry : fs::directory_iterator(folder, failure)) {
     std::string name = entry.path().filename().string();
     if (!name.starts_with(prefix) || IsCompanionName(name)) continue;
+    std::error_code unknown;
+    if (fs::last_write_time(entry.path(), unknown) > recent || unknown) continue;
     FileLock creator(entry.path());
     if (creator.TryExclusive()) RemoveWithCompanions(entry.path());
   }

@@ -91,6 +91,8 @@ TEST_F(FileRulesTest, AFileOpenInAnotherProcessCannotBeDeletedOrReplaced) {
 TEST_F(FileRulesTest, WhatAKilledCreationOrAnOldFileLeftDoesNotBlockOrLeak) {
   // A creation killed midway left its temporary file; an old file its log.
   std::ofstream(PathOf("SELUVORN.mdb.creating-99999-1")) << "half made";
+  fs::last_write_time(PathOf("SELUVORN.mdb.creating-99999-1"),
+                      fs::file_time_type::clock::now() - std::chrono::hours(1));
   std::ofstream(PathOf("SELUVORN.mdb-wal")) << std::string(4096, 'w');
   auto db = Create("SELUVORN.mdb");
   AddFloorTable(*db, "KUTAIDATA");
