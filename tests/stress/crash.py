@@ -157,9 +157,10 @@ def main():
             with tempfile.TemporaryDirectory(prefix="seluvorne-crash-") as root:
                 problems = trial(name, root)
             if problems:
-                print(f"trial {n + 1}, {name}:", *problems, sep="\n  ")
+                print(f"trial {n + 1}, {name}:", *problems, sep="\n  ", flush=True)
             else:
                 passed[name] += 1
+        print(f"trial {n + 1} done: {sum(passed.values())} scenarios passed so far", flush=True)
     for name, count in passed.items():
         returned = members[name]
         print(f"{count:4d} of {trials}  {name}  (killed after {min(returned)} to {max(returned)} members)")

@@ -197,9 +197,10 @@ def main():
             with tempfile.TemporaryDirectory(prefix="seluvorne-stress-") as root:
                 problems = scenario(root)
             if problems:
-                print(f"trial {trial + 1}, {name}:", *problems, sep="\n  ")
+                print(f"trial {trial + 1}, {name}:", *problems, sep="\n  ", flush=True)
             else:
                 passed[name] += 1
+        print(f"trial {trial + 1} done: {sum(passed.values())} scenarios passed so far", flush=True)
     for name, count in passed.items():
         print(f"{count:4d} of {trials}  {name}")
     return 0 if all(count == trials for count in passed.values()) else 1
