@@ -61,9 +61,11 @@ void DeleteFile(std::string_view path) {
   // Held until the file is gone: no process can open it meanwhile.
   db::FileLock unused(native);
   if (unused.is_open() && !unused.TryExclusive()) Raise(errc::kPermissionDenied);
+  // Its companions first: once the file is gone, a creator may put a new
+  // one in its place, whose live log must not be taken for this file's.
+  RemoveCompanions(native);
   std::error_code failure;
   if (!fs::remove(native, failure)) Raise(errc::kPermissionDenied);
-  RemoveCompanions(native);
   db::SyncFolder(native.parent_path());
 }
 

@@ -143,7 +143,8 @@ void clsSeluVorneDataService::DeleteMdbByPath(const std::string& KaiPath) {
     WriteOpenDb->Close();
     WriteOpenDb.reset();
   }
-  files::DeleteFile(file);
+  // Another client may have deleted it since the check: that is no failure.
+  frame::AcceptIfAnotherDidIt(errc::kFileNotFound, [&] { files::DeleteFile(file); });
 }
 
 void clsSeluVorneDataService::DeleteAllDataDB(const std::string& KaiPath) {
