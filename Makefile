@@ -10,7 +10,7 @@ PREFIX     ?= /usr/local
 # What `make demo` builds: only what the tour runs, not the tests.
 DEMO_TARGETS := seluvorne_command seluvorne-jet-reader
 
-.PHONY: help setup build test demo bench asan fuzz crash-pages format install clean
+.PHONY: help setup build test demo bench asan stress crash crash-pages fuzz format install clean
 
 help:
 	@echo "make demo     set up, build only the command and run its tour on a sample floor"
@@ -20,6 +20,8 @@ help:
 	@echo "make asan     build and run the tests under AddressSanitizer + UBSan"
 	@echo "make install  build and install the library, headers, CMake package, command and Python module"
 	@echo "              into PREFIX (default /usr/local): make install PREFIX=/opt/seluvorne"
+	@echo "make stress   racing clients on one floor (processes and threads), 100 trials (not in CI)"
+	@echo "make crash    a writer killed at random points, 100 trials (10 in make test)"
 	@echo "make fuzz     fuzz the Jet reader's stream parser for FUZZ_SECONDS (default 60; not in CI)"
 	@echo "make crash-pages  kill writers, WriteDB and page copies 200 times each (not in CI)"
 	@echo "make format   format the sources with clang-format"
@@ -79,6 +81,13 @@ fuzz: setup
 
 crash-pages: build
 	SELUVORNE_CRASH_ROUNDS=200 $(BUILD)/tests/store/page_crash_tests
+
+# The long runs of the tools `make test` runs with small counts (label stress).
+stress: build
+	PYTHONPATH=$(BUILD)/python /usr/bin/python3 tests/stress/stress.py 100
+
+crash: build
+	PYTHONPATH=$(BUILD)/python /usr/bin/python3 tests/stress/crash.py 100
 
 format:
 	git ls-files --cached --others --exclude-standard '*.cpp' '*.h' | xargs -r clang-format -i

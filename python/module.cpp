@@ -48,11 +48,11 @@ PYBIND11_MODULE(_seluvorne, module) {
   module.def(
       "CreateObject",
       [](const std::string& prog_id) {
-        return WithoutGil([&] { return seluvorne::CreateObject(prog_id); });
+        return HeldByPython(WithoutGil([&] { return seluvorne::CreateObject(prog_id); }));
       },
       py::arg("prog_id"), "Creates the component registered as prog_id; error 429 when none is.");
   module.def(
-      "DBEngine", [] { return WithoutGil([] { return seluvorne::DBEngine(); }); },
+      "DBEngine", [] { return HeldByPython(WithoutGil([] { return seluvorne::DBEngine(); })); },
       "The database engine the whole process shares, for inspecting files.");
   module.def(
       "restart", [] { WithoutGil([] { seluvorne::RestartLibrary(); }); },

@@ -106,13 +106,24 @@ py::object ToPython(const vb::Variant& value) {
     }
     case vb::VarType::Object: {
       const Object& object = *value.peek<Object>();
-      return object ? py::cast(object) : py::none();
+      return object ? py::cast(HeldByPython(object)) : py::none();
     }
     case vb::VarType::Array:
       return py::cast(ArrayValue{value.anyArray()});
     default:
       Raise(errc::kTypeMismatch);
   }
+}
+
+Object HeldByPython(const Object& object) {
+  return Object(object.get(), [kept = object](Dispatch*) mutable {
+    if (Py_IsInitialized() && PyGILState_Check()) {
+      py::gil_scoped_release release;
+      kept.reset();
+    } else {
+      kept.reset();
+    }
+  });
 }
 
 void BindRef(py::module_& module) {

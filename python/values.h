@@ -34,6 +34,13 @@ struct Ref {
 vb::Variant ToVariant(py::handle value);
 py::object ToPython(const vb::Variant& value);
 
+// The reference Python keeps to a library object. Python lets go of it with
+// the GIL held, and the object's last release may enter the library (a store
+// closing its file), whose lock must never be waited for with the GIL held: a
+// thread inside the library may be waiting for the GIL to call a Python
+// component. This reference lets go of the object with the GIL released.
+Object HeldByPython(const Object& object);
+
 // Creates seluvorne.Ref in `module`.
 void BindRef(py::module_& module);
 

@@ -20,6 +20,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -103,6 +104,11 @@ class Workspace : public DispatchImpl<Workspace> {
   // folder does not. `options` (a file format) is accepted and ignored.
   std::shared_ptr<Database> CreateDatabase(const std::string& path, const std::string& locale,
                                            std::optional<std::int32_t> options = std::nullopt);
+  // As CreateDatabase, with what `build` adds (tables) written before the file
+  // appears under its name: other processes never see it without them. The
+  // handle `build` gets is closed afterwards.
+  std::shared_ptr<Database> CreateDatabaseWith(const std::string& path, const std::string& locale,
+                                               const std::function<void(Database&)>& build);
 };
 
 // Opens a database its caller will write to, as the stores do. A legacy

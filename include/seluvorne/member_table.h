@@ -34,6 +34,7 @@
 #include <vector>
 
 #include "seluvorne/dispatch.h"
+#include "seluvorne/entry_lock.h"
 #include "seluvorne/typed.h"
 
 namespace seluvorne {
@@ -427,6 +428,7 @@ class DispatchImpl : public Base {
  public:
   using Base::Base;
   vb::Variant invoke(std::string_view member, CallKind kind, std::span<vb::Variant> args) override {
+    EntryLock lock;  // every call by name and property is one entry into the library
     return Derived::Members().invoke(static_cast<Derived&>(*this), member, kind, args);
   }
   std::optional<MemberKinds> describe(std::string_view member) const override {

@@ -9,6 +9,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <span>
 #include <string>
@@ -34,9 +35,16 @@ struct TableSchema {
 void CreateTable(dao::Database& db, const TableSchema& table);
 
 // Creates a new database file at `path` with the suite's locale and `tables`
-// in order, and answers it open. Raises the engine's 3204 when the file
-// exists, 3044 when its folder does not; the existing file is left as it was.
+// in order, and answers it open. The file appears with all its tables or not
+// at all. Raises the engine's 3204 when the file exists, 3044 when its folder
+// does not; the existing file is left as it was.
 std::shared_ptr<dao::Database> CreateDatabaseWithTables(const std::string& path,
                                                         std::span<const TableSchema> tables);
+
+// Runs a "create if missing" step of an opener. Another client may have done
+// the same meanwhile: the error `number` that says so (3204 for a file, 3010
+// for a table, both checked inside the creating write) is no failure, and the
+// opener goes on with what the other client made.
+void AcceptIfAnotherDidIt(int number, const std::function<void()>& step);
 
 }  // namespace seluvorne::frame

@@ -10,6 +10,7 @@
 #include <mutex>
 
 #include "file_format.h"
+#include "file_system.h"
 #include "seluvorne/error.h"
 
 namespace seluvorne::db {
@@ -47,11 +48,6 @@ std::atomic<std::int32_t>& BusyTimeoutSetting() {
 
 std::mutex registry_mutex;
 
-void RemoveQuietly(const std::filesystem::path& path) {
-  std::error_code ignored;
-  std::filesystem::remove(path, ignored);
-}
-
 }  // namespace
 
 std::vector<std::filesystem::path> CompanionFiles(const std::filesystem::path& path) {
@@ -74,12 +70,20 @@ bool Connection::Identify(const std::filesystem::path& path, FileIdentity& ident
 }
 
 Connection::Connection(const std::filesystem::path& path, std::string_view shown_path,
-                       int open_flags)
-    : sqlite_(path.string(), open_flags, BusyTimeout(), VfsName()),
+                       int open_flags, FileLock in_use)
+    : in_use_(std::move(in_use)),
+      sqlite_(path.string(), open_flags, BusyTimeout(), VfsName()),
       shown_path_(shown_path),
       path_(path) {
   Identify(path, identity_);
-  sqlite_.exec("PRAGMA journal_mode=WAL");
+  // On a share the rollback journal, whatever mode another process left in
+  // the file; switching needs every other connection gone (else 3218).
+  bool shared_folder = OnNetworkFileSystem(path);
+  std::string mode =
+      sqlite_.execAndGet(shared_folder ? "PRAGMA journal_mode=DELETE" : "PRAGMA journal_mode=WAL")
+          .getString();
+  if (shared_folder && mode != "delete")
+    Raise(errc::kLocked, "(the file is open in WAL mode by a process on another machine)");
   sqlite_.exec("PRAGMA synchronous=NORMAL");
   sqlite_.exec(kJournalSizeLimit);
 }
@@ -142,6 +146,41 @@ void Connection::LeaveCompanionFiles() {
   sqlite3_file_control(handle, "main", SQLITE_FCNTL_PERSIST_WAL, &persist);
 }
 
+// Keeps the connection, and the file marked in use, for one handle.
+class Connection::Lease {
+ public:
+  explicit Lease(std::shared_ptr<Connection> connection) : connection_(std::move(connection)) {
+    connection_->AddHandle();
+  }
+  ~Lease() { connection_->ReleaseHandle(); }
+  Lease(const Lease&) = delete;
+  Lease& operator=(const Lease&) = delete;
+  Connection* get() const { return connection_.get(); }
+
+ private:
+  std::shared_ptr<Connection> connection_;
+};
+
+std::shared_ptr<Connection> Connection::NewLease(std::shared_ptr<Connection> connection) {
+  auto lease = std::make_shared<Lease>(std::move(connection));
+  return std::shared_ptr<Connection>(lease, lease->get());
+}
+
+void Connection::AddHandle() {
+  std::lock_guard lock(handles_mutex_);
+  // A share that refuses locks leaves the file unmarked: the rules inside
+  // this process still hold.
+  if (handles_++ == 0 && !marked_in_use_) marked_in_use_ = in_use_.Share();
+}
+
+void Connection::ReleaseHandle() {
+  std::lock_guard lock(handles_mutex_);
+  if (--handles_ == 0 && marked_in_use_) {
+    in_use_.Unlock();
+    marked_in_use_ = false;
+  }
+}
+
 std::shared_ptr<Connection> Connection::Open(const std::filesystem::path& path,
                                              std::string_view shown_path) {
   FileStatus status;
@@ -152,49 +191,27 @@ std::shared_ptr<Connection> Connection::Open(const std::filesystem::path& path,
       auto found = TheRegistry().find({status.device, status.inode});
       if (found != TheRegistry().end()) shared = found->second.lock();
     }
-    if (shared) return shared;
+    if (shared) return NewLease(std::move(shared));
     if (std::unique_ptr<Connection> idle = IdleConnections::Take(path, status)) {
       idle->shown_path_ = shown_path;
       idle->sqlite_.setBusyTimeout(BusyTimeout());
-      return Register(std::move(idle));
+      return NewLease(Register(std::move(idle)));
     }
   }
+  // Marked in use before SQLite opens it: this waits for a creator still
+  // clearing what an older file left beside it, or for a deletion.
+  FileLock in_use(path);
+  if (!in_use.is_open()) Raise(errc::kCannotOpenFile, shown_path);
+  bool marked = in_use.Share();
+  if (!in_use.Names(path)) Raise(errc::kFileNotFoundDb, shown_path);
   if (CheckDatabaseFile(path, shown_path) == FileKind::Jet) return OpenLegacy(path, shown_path);
   return Guarded(shown_path, [&] {
-    std::unique_ptr<Connection> connection(
-        new Connection(path, shown_path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX));
+    std::unique_ptr<Connection> connection(new Connection(
+        path, shown_path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, std::move(in_use)));
+    connection->marked_in_use_ = marked;
     connection->LoadCatalogue();
-    return Register(std::move(connection));
+    return NewLease(Register(std::move(connection)));
   });
-}
-
-std::shared_ptr<Connection> Connection::Create(const std::filesystem::path& path,
-                                               std::string_view shown_path,
-                                               std::string_view locale) {
-  // Companion files without their database are left over from a crash; a
-  // new file must not pick up their pages.
-  CloseIdle(path);  // an idle connection of a file deleted here before
-  for (const auto& companion : CompanionFiles(path))
-    RemoveQuietly(companion);
-  // Created exclusively, so that a file another process made meanwhile is
-  // never touched.
-  int descriptor = ::open(path.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, 0666);
-  if (descriptor < 0) RaiseFileError(errno, shown_path);
-  ::close(descriptor);
-  try {
-    return Guarded(shown_path, [&] {
-      std::unique_ptr<Connection> connection(
-          new Connection(path, shown_path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX));
-      Catalogue::Create(connection->sqlite_, locale);
-      connection->LoadCatalogue();
-      return Register(std::move(connection));
-    });
-  } catch (...) {
-    RemoveQuietly(path);
-    for (const auto& companion : CompanionFiles(path))
-      RemoveQuietly(companion);
-    throw;
-  }
 }
 
 bool Connection::IsOpen(const std::filesystem::path& path) {
@@ -202,7 +219,11 @@ bool Connection::IsOpen(const std::filesystem::path& path) {
   if (!Identify(path, identity)) return false;
   std::lock_guard lock(registry_mutex);
   auto found = TheRegistry().find(identity);
-  return found != TheRegistry().end() && !found->second.expired();
+  if (found == TheRegistry().end()) return false;
+  std::shared_ptr<Connection> connection = found->second.lock();
+  if (!connection) return false;
+  std::lock_guard handles(connection->handles_mutex_);
+  return connection->handles_ > 0;
 }
 
 std::int32_t Connection::BusyTimeout() {

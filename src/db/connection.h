@@ -7,15 +7,21 @@
 // last handle lets go of it, or kept idle a little longer (idle_connections.h).
 //
 // Files are opened with WAL journaling and synchronous NORMAL: each Update is
-// its own commit, cheap, and survives a crash of the process. Another
+// its own commit, cheap, and survives a crash of the process. A file on a
+// network share uses the rollback journal instead (file_system.h). Another
 // process's write lock is waited for up to the busy timeout, then 3218.
+//
+// Each handle holds a lease on the connection; while a file has leases it is
+// marked in use for every process (file_lock.h).
 #pragma once
 
 #include <SQLiteCpp/Database.h>
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -25,6 +31,7 @@
 #include "dialect.h"
 #include "engine_error.h"
 #include "idle_connections.h"
+#include "file_lock.h"
 #include "statement.h"
 #include "statement_guard.h"
 
@@ -32,14 +39,23 @@ namespace seluvorne::db {
 
 class Connection {
  public:
-  // The connection to an existing database file, shared with the process's
-  // other handles of it. Raises 3343 for a file that is none of ours.
+  // A handle's lease on the connection to an existing database file, shared
+  // with the process's other handles of it. Raises 3343 for a file that is
+  // none of ours, 3024 when it went away while a creator or a deletion held it.
   static std::shared_ptr<Connection> Open(const std::filesystem::path& path,
                                           std::string_view shown_path);
-  // Creates the file (it must not exist) with its catalogue and `locale`.
-  // Raises 3204 when the file exists. On failure nothing is left behind.
+
+  // Fills a file being created, through a connection of its own, before the
+  // file appears under its name.
+  using Builder = std::function<void(const std::shared_ptr<Connection>& building)>;
+  // Creates the file (it must not exist) with its catalogue, `locale` and
+  // what `build` adds, and answers a lease on it. The file is built under a
+  // temporary name beside it and linked into place whole (creation.cpp):
+  // other processes see it complete or not at all. Raises 3204 when the file
+  // exists or another creator got there first. On failure nothing is left.
   static std::shared_ptr<Connection> Create(const std::filesystem::path& path,
-                                            std::string_view shown_path, std::string_view locale);
+                                            std::string_view shown_path, std::string_view locale,
+                                            const Builder& build = {});
   // A private in-memory copy of a legacy Jet file's tables and rows, read
   // through the reader helper, with the same catalogue as a file of ours;
   // read-only. Raises 3343 when the file cannot be read whole.
@@ -122,13 +138,20 @@ class Connection {
   };
   using Registry = std::unordered_map<FileIdentity, std::weak_ptr<Connection>, IdentityHash>;
 
-  Connection(const std::filesystem::path& path, std::string_view shown_path, int open_flags);
+  class Lease;
+
+  Connection(const std::filesystem::path& path, std::string_view shown_path, int open_flags,
+             FileLock in_use = {});
   struct RememberedResult {
     std::shared_ptr<const Rows> rows;
     std::uint32_t data_version = 0;
     std::uint64_t last_use = 0;
   };
 
+  // A handle's lease; the first marks the file in use, the last unmarks it.
+  static std::shared_ptr<Connection> NewLease(std::shared_ptr<Connection> connection);
+  void AddHandle();
+  void ReleaseHandle();
   static bool Identify(const std::filesystem::path& path, FileIdentity& identity);
   static Registry& TheRegistry();
   // The handles' shared pointer: when the last one goes, the connection is
@@ -141,6 +164,10 @@ class Connection {
   // last transaction of this one (SQLITE_FCNTL_DATA_VERSION).
   std::uint32_t DataVersion();
 
+  FileLock in_use_;  // before sqlite_: its descriptor closes after SQLite's
+  std::mutex handles_mutex_;
+  int handles_ = 0;
+  bool marked_in_use_ = false;
   SQLite::Database sqlite_;
   StatementGuard guard_{sqlite_.getHandle()};
   std::string shown_path_;

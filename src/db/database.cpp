@@ -3,6 +3,7 @@
 #include "connection.h"
 #include "field_rules.h"
 #include "seluvorne/dao.h"
+#include "seluvorne/entry_lock.h"
 #include "states.h"
 #include "write_rules.h"
 
@@ -25,11 +26,13 @@ const MemberTable<Database>& Database::Members() {
 Database::Database(std::shared_ptr<db::DatabaseState> state) : state_(std::move(state)) {}
 
 std::string Database::Name() const {
+  EntryLock entry;
   state_->Use();
   return state_->name;
 }
 
 std::string Database::Locale() const {
+  EntryLock entry;
   return state_->Use().catalogue().locale();
 }
 
@@ -38,6 +41,7 @@ bool Database::Updatable() const {
 }
 
 void Database::Close() {
+  EntryLock entry;
   state_->Use();
   state_->connection.reset();
 }
@@ -47,6 +51,7 @@ bool Database::IsOpen() const {
 }
 
 void Database::Execute(const std::string& sql, std::optional<std::int32_t>) {
+  EntryLock entry;
   db::Connection& connection = state_->Use();
   const db::Translation& translation = connection.Translate(sql);
   db::PreparedStatement& statement = connection.Prepare(translation);
@@ -61,6 +66,7 @@ void Database::Execute(const std::string& sql, std::optional<std::int32_t>) {
 
 std::shared_ptr<Recordset> Database::OpenRecordset(const std::string& source,
                                                    std::optional<std::int16_t> type) {
+  EntryLock entry;
   db::Connection& connection = state_->Use();
   std::int16_t kind = type.value_or(dbOpenDynaset);
   if (kind != dbOpenTable && kind != dbOpenDynaset && kind != dbOpenSnapshot)
@@ -101,11 +107,13 @@ std::shared_ptr<Recordset> Database::OpenRecordset(const std::string& source,
 }
 
 std::shared_ptr<dao::TableDefs> Database::TableDefs() {
+  EntryLock entry;
   state_->Use();
   return std::make_shared<dao::TableDefs>(state_);
 }
 
 std::shared_ptr<TableDef> Database::CreateTableDef(const std::string& name) {
+  EntryLock entry;
   if (state_->Use().read_only()) Raise(errc::kReadOnly);
   return std::make_shared<TableDef>(name);
 }
@@ -125,6 +133,7 @@ TableDefs::TableDefs(std::shared_ptr<db::DatabaseState> database)
     : database_(std::move(database)) {}
 
 std::int32_t TableDefs::Count() const {
+  EntryLock entry;
   // A listing starts here: it shows the tables other processes added too.
   db::Connection& connection = database_->Use();
   connection.RefreshCatalogue();
@@ -132,12 +141,14 @@ std::int32_t TableDefs::Count() const {
 }
 
 std::shared_ptr<TableDef> TableDefs::Item(std::string_view name) const {
+  EntryLock entry;
   std::shared_ptr<const db::TableDefinition> table = database_->Use().FindTable(name);
   if (!table) Raise(errc::kItemNotFound, "(" + std::string(name) + ")");
   return std::make_shared<TableDef>(database_, std::move(table));
 }
 
 std::shared_ptr<TableDef> TableDefs::Item(std::int32_t position) const {
+  EntryLock entry;
   const auto& tables = database_->Use().catalogue().tables();
   if (position < 0 || position >= static_cast<std::int32_t>(tables.size()))
     Raise(errc::kItemNotFound);
@@ -150,6 +161,7 @@ std::shared_ptr<TableDef> TableDefs::ItemOf(const vb::Variant& index) const {
 }
 
 void TableDefs::Append(const std::shared_ptr<TableDef>& table) {
+  EntryLock entry;
   if (!table) Raise(errc::kObjectNotSet);
   db::Connection& connection = database_->Use();
   if (connection.read_only()) Raise(errc::kReadOnly);
@@ -189,12 +201,14 @@ TableDef::TableDef(std::shared_ptr<db::DatabaseState> database,
 
 void TableDef::BecomeAppended(std::shared_ptr<db::DatabaseState> database,
                               std::shared_ptr<const db::TableDefinition> table) {
+  EntryLock entry;
   database_ = std::move(database);
   appended_ = std::move(table);
   fields_->appendable_ = false;
 }
 
 std::string TableDef::Name() const {
+  EntryLock entry;
   if (database_) database_->Use();
   return name_;
 }
@@ -202,6 +216,7 @@ std::string TableDef::Name() const {
 std::shared_ptr<Field> TableDef::CreateField(const std::string& name,
                                              std::optional<std::int16_t> type,
                                              std::optional<std::int32_t> size) {
+  EntryLock entry;
   db::FieldDefinition definition{name, type.value_or(0), 0, "", false};
   if (definition.type == dbInteger) definition.size = 2;
   if (definition.type == dbText) definition.size = size.value_or(50);
@@ -209,6 +224,7 @@ std::shared_ptr<Field> TableDef::CreateField(const std::string& name,
 }
 
 std::shared_ptr<dao::Fields> TableDef::Fields() {
+  EntryLock entry;
   if (database_) database_->Use();
   if (!fields_) {
     std::vector<std::shared_ptr<Field>> fields;

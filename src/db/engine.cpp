@@ -7,6 +7,7 @@
 #include "file_format.h"
 #include "seluvorne/dao.h"
 #include "seluvorne/member_table.h"
+#include "seluvorne/entry_lock.h"
 #include "seluvorne/paths.h"
 #include "states.h"
 
@@ -79,6 +80,7 @@ std::shared_ptr<DBEngine> DBEngine::Instance() {
 }
 
 std::shared_ptr<Workspace> DBEngine::Workspaces(const vb::Variant& index) {
+  EntryLock entry;
   bool first =
       index.isString() ? *index.peek<std::string>() == "#Default Workspace#" : vb::CLng(index) == 0;
   if (!first) Raise(errc::kItemNotFound);
@@ -90,6 +92,7 @@ std::shared_ptr<Database> DBEngine::OpenDatabase(const std::string& path,
                                                  std::optional<vb::Variant> options,
                                                  std::optional<bool> read_only,
                                                  std::optional<std::string> connect) {
+  EntryLock entry;
   return Workspaces(vb::Variant(std::int16_t{0}))
       ->OpenDatabase(path, std::move(options), read_only, std::move(connect));
 }
@@ -97,14 +100,17 @@ std::shared_ptr<Database> DBEngine::OpenDatabase(const std::string& path,
 std::shared_ptr<Database> DBEngine::CreateDatabase(const std::string& path,
                                                    const std::string& locale,
                                                    std::optional<std::int32_t> options) {
+  EntryLock entry;
   return Workspaces(vb::Variant(std::int16_t{0}))->CreateDatabase(path, locale, options);
 }
 
 std::int32_t DBEngine::BusyTimeout() const {
+  EntryLock entry;
   return db::Connection::BusyTimeout();
 }
 
 void DBEngine::SetBusyTimeout(std::int32_t milliseconds) {
+  EntryLock entry;
   db::Connection::SetBusyTimeout(milliseconds);
 }
 
@@ -122,6 +128,7 @@ std::shared_ptr<Database> Workspace::OpenDatabase(const std::string& path,
                                                   std::optional<vb::Variant> options,
                                                   std::optional<bool> read_only,
                                                   std::optional<std::string> connect) {
+  EntryLock entry;
   if ((options && vb::CBool(*options)) || read_only.value_or(false) ||
       !connect.value_or("").empty())
     Raise(errc::kInvalidArgument, "(only shared, read-write opens are supported)");
@@ -136,6 +143,14 @@ std::shared_ptr<Database> Workspace::OpenDatabase(const std::string& path,
 std::shared_ptr<Database> Workspace::CreateDatabase(const std::string& path,
                                                     const std::string& locale,
                                                     std::optional<std::int32_t>) {
+  EntryLock entry;
+  return CreateDatabaseWith(path, locale, {});
+}
+
+std::shared_ptr<Database> Workspace::CreateDatabaseWith(
+    const std::string& path, const std::string& locale,
+    const std::function<void(Database&)>& build) {
+  EntryLock entry;
   if (!locale.starts_with(";LANGID=")) Raise(errc::kInvalidArgument, "(locale '" + locale + "')");
   std::filesystem::path native = DatabasePath(path);
   const std::string shown = native.string();
@@ -143,7 +158,14 @@ std::shared_ptr<Database> Workspace::CreateDatabase(const std::string& path,
   std::error_code ignored;
   if (std::filesystem::exists(std::filesystem::symlink_status(native, ignored)))
     Raise(errc::kDatabaseExists);
-  return Handle(path, db::Connection::Create(native, shown, locale));
+  db::Connection::Builder builder;
+  if (build)
+    builder = [&](const std::shared_ptr<db::Connection>& building) {
+      std::shared_ptr<Database> handle = Handle(path, building);
+      build(*handle);
+      handle->Close();
+    };
+  return Handle(path, db::Connection::Create(native, shown, locale, builder));
 }
 
 }  // namespace seluvorne::dao

@@ -3,6 +3,7 @@
 
 #include "field_rules.h"
 #include "seluvorne/dao.h"
+#include "seluvorne/entry_lock.h"
 #include "states.h"
 
 namespace seluvorne::dao {
@@ -25,6 +26,7 @@ Fields::Fields(std::vector<std::shared_ptr<Field>> fields, bool appendable)
 }
 
 std::int32_t Fields::Count() const {
+  EntryLock entry;
   return static_cast<std::int32_t>(fields_.size());
 }
 
@@ -34,17 +36,20 @@ const std::shared_ptr<Field>& Fields::ItemOf(const vb::Variant& index) const {
 }
 
 const std::shared_ptr<Field>& Fields::Item(std::string_view name) const {
+  EntryLock entry;
   for (std::size_t i = 0; i < names_.size(); ++i)
     if (detail::NameEqual{}(names_[i], name)) return fields_[i];
   Raise(errc::kItemNotFound, "(" + std::string(name) + ")");
 }
 
 const std::shared_ptr<Field>& Fields::Item(std::int32_t position) const {
+  EntryLock entry;
   if (position < 0 || position >= Count()) Raise(errc::kItemNotFound);
   return fields_[position];
 }
 
 void Fields::Append(const std::shared_ptr<Field>& field) {
+  EntryLock entry;
   if (!field) Raise(errc::kObjectNotSet);
   if (!appendable_) Raise(errc::kInvalidOperation, "(the table is already in a database)");
   db::FieldDefinitionState& definition = field->Definition();
@@ -96,51 +101,61 @@ const db::FieldDefinition& ColumnDefinition(db::RecordsetState& recordset, int c
 }  // namespace
 
 std::string Field::Name() const {
+  EntryLock entry;
   if (definition_) return definition_->definition.name;
   recordset_->Use();
   return recordset_->columns[column_];
 }
 
 std::int16_t Field::Type() const {
+  EntryLock entry;
   return definition_ ? definition_->definition.type : ColumnDefinition(*recordset_, column_).type;
 }
 
 std::int32_t Field::Size() const {
+  EntryLock entry;
   return definition_ ? definition_->definition.size : ColumnDefinition(*recordset_, column_).size;
 }
 
 std::string Field::DefaultValue() const {
+  EntryLock entry;
   return definition_ ? definition_->definition.default_value
                      : ColumnDefinition(*recordset_, column_).default_value;
 }
 
 bool Field::AllowZeroLength() const {
+  EntryLock entry;
   return definition_ ? definition_->definition.allow_zero_length
                      : ColumnDefinition(*recordset_, column_).allow_zero_length;
 }
 
 void Field::SetDefaultValue(const std::string& expression) {
+  EntryLock entry;
   db::FieldDefinitionState& definition = Definition();
   if (definition.fixed) Raise(errc::kInvalidOperation, "(the field's table is in a database)");
   definition.definition.default_value = expression;
 }
 
 void Field::SetAllowZeroLength(bool allow) {
+  EntryLock entry;
   db::FieldDefinitionState& definition = Definition();
   if (definition.fixed) Raise(errc::kInvalidOperation, "(the field's table is in a database)");
   definition.definition.allow_zero_length = allow;
 }
 
 vb::Variant Field::StoredValue(const vb::Variant& value) const {
+  EntryLock entry;
   return db::StoredValue(Definition().definition, value);
 }
 
 vb::Variant Field::Value() const {
+  EntryLock entry;
   if (!recordset_) Raise(errc::kInvalidOperation, "(a field definition has no value)");
   return recordset_->ValueAt(column_);
 }
 
 void Field::SetValue(vb::Variant value) {
+  EntryLock entry;
   if (!recordset_) Raise(errc::kInvalidOperation, "(a field definition has no value)");
   recordset_->SetValueAt(column_, std::move(value));
 }

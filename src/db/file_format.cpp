@@ -1,7 +1,6 @@
 #include "file_format.h"
 
 #include <array>
-#include <cstdint>
 #include <cstring>
 #include <fstream>
 
@@ -12,11 +11,6 @@ namespace seluvorne::db {
 namespace {
 
 constexpr std::size_t kHeaderSize = 100;  // SQLite's database header
-
-std::uint32_t BigEndian32(const unsigned char* bytes) {
-  return (std::uint32_t{bytes[0]} << 24) | (std::uint32_t{bytes[1]} << 16) |
-         (std::uint32_t{bytes[2]} << 8) | bytes[3];
-}
 
 // Jet 3/4 files (and their successor) name their engine at byte 4.
 bool IsJetHeader(const unsigned char* bytes, std::size_t size) {
@@ -39,15 +33,6 @@ FileKind CheckDatabaseFile(const std::filesystem::path& path, std::string_view s
 
   if (IsJetHeader(header.data(), read)) return FileKind::Jet;
   if (read < kHeaderSize || std::memcmp(header.data(), "SQLite format 3", 16) != 0)
-    RaiseUnrecognized(shown_path);
-
-  // The page count at byte 28 holds when the change counter at byte 24
-  // matches the one at byte 92; a file shorter than that was cut off.
-  std::uint32_t page_size = (std::uint32_t{header[16]} << 8) | header[17];
-  std::uint64_t bytes_per_page = page_size == 1 ? 65536 : page_size;
-  std::uint32_t pages = BigEndian32(&header[28]);
-  if (BigEndian32(&header[24]) == BigEndian32(&header[92]) &&
-      std::filesystem::file_size(path) < bytes_per_page * pages)
     RaiseUnrecognized(shown_path);
   return FileKind::Native;
 }

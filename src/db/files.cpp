@@ -8,6 +8,8 @@
 #include <fstream>
 
 #include "connection.h"
+#include "file_lock.h"
+#include "seluvorne/entry_lock.h"
 #include "seluvorne/error.h"
 #include "seluvorne/paths.h"
 
@@ -39,27 +41,37 @@ void RemoveCompanions(const fs::path& path) {
 }  // namespace
 
 bool FileExists(std::string_view path) {
+  EntryLock entry;
   std::error_code ignored;
   return fs::is_regular_file(NativePath(path), ignored);
 }
 
 bool FolderExists(std::string_view path) {
+  EntryLock entry;
   std::error_code ignored;
   return fs::is_directory(NativePath(path), ignored);
 }
 
 void DeleteFile(std::string_view path) {
+  EntryLock entry;
   fs::path native = NativePath(path);
   CheckFolderOf(native);
   if (!FileExists(path)) Raise(errc::kFileNotFound);
   if (db::Connection::IsOpen(native)) Raise(errc::kPermissionDenied);
   db::Connection::CloseIdle(native);
+  // Held until the file is gone: no process can open it meanwhile.
+  db::FileLock unused(native);
+  if (unused.is_open() && !unused.TryExclusive()) Raise(errc::kPermissionDenied);
+  // Its companions first: once the file is gone, a creator may put a new
+  // one in its place, whose live log must not be taken for this file's.
+  RemoveCompanions(native);
   std::error_code failure;
   if (!fs::remove(native, failure)) Raise(errc::kPermissionDenied);
-  RemoveCompanions(native);
+  db::SyncFolder(native.parent_path());
 }
 
 void CopyFile(std::string_view source, std::string_view destination) {
+  EntryLock entry;
   fs::path from = NativePath(source), to = NativePath(destination);
   CheckFolderOf(from);
   if (!FileExists(source)) Raise(errc::kFileNotFound);
@@ -68,16 +80,26 @@ void CopyFile(std::string_view source, std::string_view destination) {
   if (db::Connection::IsOpen(to) || fs::equivalent(from, to, ignored))
     Raise(errc::kPermissionDenied);
   db::Connection::CloseIdle(to);
+  // Held until the copy has replaced the destination: another process's
+  // handle on it gives 70, and none can open it meanwhile.
+  db::FileLock replaced(to);
+  if (replaced.is_open() && !replaced.TryExclusive()) Raise(errc::kPermissionDenied);
 
-  if (!IsSqliteFile(from)) {
+  // A file open here is surely a database; reading its header through a
+  // descriptor of our own would drop SQLite's locks on it when closed.
+  if (!db::Connection::IsOpen(from) && !IsSqliteFile(from)) {
     std::error_code failure;
     fs::copy_file(from, to, fs::copy_options::overwrite_existing, failure);
     if (failure) Raise(errc::kPermissionDenied);
+    db::SyncFolder(to.parent_path());
     return;
   }
   // A consistent snapshot of the database, committed rows in the log
-  // included, written beside the destination and then put in its place.
+  // included, written beside the destination and then put in its place. A
+  // copy a crash left half written is cleared first.
   fs::path copy = to.string() + ".copying";
+  fs::remove(copy, ignored);
+  RemoveCompanions(copy);
   try {
     {
       SQLite::Database reader(from.string(), SQLite::OPEN_READONLY, db::Connection::BusyTimeout(),
@@ -89,6 +111,7 @@ void CopyFile(std::string_view source, std::string_view destination) {
     }
     RemoveCompanions(to);  // a log left beside the old file must not meet the new one
     fs::rename(copy, to);
+    db::SyncFolder(to.parent_path());
   } catch (const SQLite::Exception& failure) {  // a full disk, a failing one, a lock
     fs::remove(copy, ignored);
     RemoveCompanions(copy);

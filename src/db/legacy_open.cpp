@@ -73,7 +73,7 @@ std::shared_ptr<Connection> Connection::OpenLegacy(const std::filesystem::path& 
   Guarded(shown_path, [&] { connection->sqlite_.exec("PRAGMA query_only = 1"); });
   connection->read_only_ = true;  // the engine's own checks raise 3027 before SQLite sees a write
   Identify(path, connection->identity_);
-  return Register(std::move(connection));
+  return NewLease(Register(std::move(connection)));
 }
 
 }  // namespace seluvorne::db

@@ -4,6 +4,7 @@
 
 #include "field_rules.h"
 #include "seluvorne/dao.h"
+#include "seluvorne/entry_lock.h"
 #include "states.h"
 
 namespace seluvorne::db {
@@ -142,16 +143,19 @@ const MemberTable<Recordset>& Recordset::Members() {
 Recordset::Recordset(std::shared_ptr<db::RecordsetState> state) : state_(std::move(state)) {}
 
 bool Recordset::IsEOF() const {
+  EntryLock entry;
   state_->EnsureLoaded();
   return state_->position >= state_->rows;
 }
 
 bool Recordset::IsBOF() const {
+  EntryLock entry;
   state_->EnsureLoaded();
   return state_->rows == 0;  // a set is before its first row only when it has none
 }
 
 void Recordset::MoveFirst() {
+  EntryLock entry;
   state_->EnsureLoaded();
   if (state_->rows == 0) Raise(errc::kNoCurrentRecord);
   state_->adding = false;
@@ -159,6 +163,7 @@ void Recordset::MoveFirst() {
 }
 
 void Recordset::MoveLast() {
+  EntryLock entry;
   state_->EnsureLoaded();
   if (state_->rows == 0) Raise(errc::kNoCurrentRecord);
   state_->adding = false;
@@ -167,6 +172,7 @@ void Recordset::MoveLast() {
 }
 
 void Recordset::MoveNext() {
+  EntryLock entry;
   state_->EnsureLoaded();
   if (state_->position >= state_->rows) Raise(errc::kNoCurrentRecord);
   state_->adding = false;
@@ -175,6 +181,7 @@ void Recordset::MoveNext() {
 }
 
 std::int32_t Recordset::RecordCount() const {
+  EntryLock entry;
   state_->EnsureLoaded();
   // A table-type set knows its table's row count at once; the others count
   // the rows visited so far.
@@ -182,6 +189,7 @@ std::int32_t Recordset::RecordCount() const {
 }
 
 std::shared_ptr<dao::Fields> Recordset::Fields() {
+  EntryLock entry;
   state_->Use();
   if (!fields_) {
     std::vector<std::shared_ptr<Field>> fields;
@@ -193,18 +201,21 @@ std::shared_ptr<dao::Fields> Recordset::Fields() {
 }
 
 vb::Variant Recordset::Value(std::string_view name) const {
+  EntryLock entry;
   int column = state_->ColumnIndex(name);
   if (column < 0) Raise(errc::kItemNotFound, "(" + std::string(name) + ")");
   return state_->ValueAt(column);
 }
 
 void Recordset::SetValue(std::string_view name, vb::Variant value) {
+  EntryLock entry;
   int column = state_->ColumnIndex(name);
   if (column < 0) Raise(errc::kItemNotFound, "(" + std::string(name) + ")");
   state_->SetValueAt(column, std::move(value));
 }
 
 void Recordset::AddNew() {
+  EntryLock entry;
   const db::Connection& connection = state_->Use();
   if (state_->type == dbOpenSnapshot || !state_->table || state_->table->system ||
       connection.read_only())
@@ -216,6 +227,7 @@ void Recordset::AddNew() {
 }
 
 void Recordset::Update() {
+  EntryLock entry;
   db::Connection& connection = state_->Use();
   if (!state_->adding) Raise(errc::kUpdateWithoutAddNew);
   const db::TableDefinition& table = *state_->table;
@@ -243,6 +255,7 @@ void Recordset::Update() {
 }
 
 vb::Array<vb::Variant> Recordset::GetRows(std::optional<std::int32_t> rows) {
+  EntryLock entry;
   state_->EnsureLoaded();
   std::int32_t wanted = rows.value_or(1);
   if (wanted < 1) Raise(errc::kInvalidArgument, "(number of rows)");
@@ -261,6 +274,7 @@ vb::Array<vb::Variant> Recordset::GetRows(std::optional<std::int32_t> rows) {
 }
 
 void Recordset::Close() {
+  EntryLock entry;
   state_->Use();
   state_->closed = true;
   state_->result.reset();

@@ -3,6 +3,7 @@
 #include <mutex>
 #include <unordered_map>
 
+#include "seluvorne/entry_lock.h"
 #include "seluvorne/member_table.h"
 
 namespace seluvorne {
@@ -56,6 +57,7 @@ std::string NotRegisteredDetail(std::string_view prog_id) {
 }  // namespace
 
 Object CreateObject(std::string_view prog_id) {
+  EntryLock entry;  // a component's constructor may reach the library's shared state
   Factory factory;
   {
     Registry& registry = TheRegistry();

@@ -22,12 +22,20 @@ void CreateTable(dao::Database& db, const TableSchema& table) {
 
 std::shared_ptr<dao::Database> CreateDatabaseWithTables(const std::string& path,
                                                         std::span<const TableSchema> tables) {
-  auto db = dao::DBEngine::Instance()
-                ->Workspaces(vb::Variant(std::int16_t{0}))
-                ->CreateDatabase(path, std::string(dao::dbLangJapanese));
-  for (const TableSchema& table : tables)
-    CreateTable(*db, table);
-  return db;
+  return dao::DBEngine::Instance()
+      ->Workspaces(vb::Variant(std::int16_t{0}))
+      ->CreateDatabaseWith(path, std::string(dao::dbLangJapanese), [&](dao::Database& db) {
+        for (const TableSchema& table : tables)
+          CreateTable(db, table);
+      });
+}
+
+void AcceptIfAnotherDidIt(int number, const std::function<void()>& step) {
+  try {
+    step();
+  } catch (const Error& error) {
+    if (error.number != number) throw;
+  }
 }
 
 }  // namespace seluvorne::frame

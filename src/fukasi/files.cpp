@@ -41,7 +41,8 @@ bool clsHariFukasiDS::WriteDB_Open(const std::string& KaiPath) {
   path_ = KaiPath.empty() ? frame::gFloorDirs.CurrFloor() : KaiPath;
   const std::string file = FloorFile(path_, kFileName);
   if (database_) CloseDB();
-  if (frame::gExistProbe.Find_FileExists(file).empty()) Create_HariFukasiMDB(path_);
+  if (frame::gExistProbe.Find_FileExists(file).empty())
+    frame::AcceptIfAnotherDidIt(errc::kDatabaseExists, [&] { Create_HariFukasiMDB(path_); });
   database_ = dao::OpenForUpdate(file);
   return true;
 }

@@ -42,7 +42,8 @@ bool clsHariFukasiDS::Copy_OpenDB() {
   if (copy_file_name_.empty())
     Raise(errc::kBadFileName, "(no file to open: No_Copy1Page names it)");
   if (frame::gExistProbe.Find_FileExists(copy_file_name_).empty())
-    Create_HariFukasiMDB_FullPath(copy_file_name_);
+    frame::AcceptIfAnotherDidIt(errc::kDatabaseExists,
+                                [&] { Create_HariFukasiMDB_FullPath(copy_file_name_); });
   // The database open before is dropped, not closed: its file closes with
   // its last handle.
   database_ = dao::OpenForUpdate(copy_file_name_);

@@ -56,15 +56,20 @@ void clsSeluVorneDataService::UpgradeTables(std::shared_ptr<dao::Database>& db, 
 void clsSeluVorneDataService::AddLateTable(std::shared_ptr<dao::Database>& db, LateTable table) {
   clsHariSWDS& store = SwitchStore();
   vb::Variant handle(db);  // the checks take the handle by reference and may replace it
+  // Several clients may open an older floor at once: the table another one
+  // added meanwhile (3010, checked inside the creating write) is the one wanted.
+  auto add = [&](void (clsHariSWDS::*create)(vb::Variant&)) {
+    frame::AcceptIfAnotherDidIt(errc::kTableExists, [&] { (store.*create)(handle); });
+  };
   switch (table) {
     case LateTable::kSpanTop:
-      if (!store.IsTopTblExist(handle)) store.CreateTopTbl(handle);
+      if (!store.IsTopTblExist(handle)) add(&clsHariSWDS::CreateTopTbl);
       break;
     case LateTable::kSpanTanJoil:
-      if (!store.IsTanbuJointLTblExist(handle)) store.CreateTanbuJointLTbl(handle);
+      if (!store.IsTanbuJointLTblExist(handle)) add(&clsHariSWDS::CreateTanbuJointLTbl);
       break;
     case LateTable::kStpJougeGensun:
-      if (!store.IsStpJougeGensunTblExist(handle)) store.CreateStpJougeGensunTbl(handle);
+      if (!store.IsStpJougeGensunTblExist(handle)) add(&clsHariSWDS::CreateStpJougeGensunTbl);
       break;
   }
   db = vb::FromVariant<std::shared_ptr<dao::Database>>(handle);
@@ -73,8 +78,18 @@ void clsSeluVorneDataService::AddLateTable(std::shared_ptr<dao::Database>& db, L
 bool clsSeluVorneDataService::OpenSeluVorne(const std::string& CurrFloor,
                                             std::shared_ptr<dao::Database>& mydb) {
   const std::string file = GetFileName(CurrFloor);
-  if (gExistProbe.Find_FileExists(file).empty()) Create_SeluVornMDB(CurrFloor);
-  auto db = dao::OpenForUpdate(file);
+  // Another client may delete the floor between the check and the open; the
+  // floor is then made again, as if it had been missing all along.
+  std::shared_ptr<dao::Database> db;
+  for (int attempt = 1; !db; ++attempt) {
+    if (gExistProbe.Find_FileExists(file).empty())
+      frame::AcceptIfAnotherDidIt(errc::kDatabaseExists, [&] { Create_SeluVornMDB(CurrFloor); });
+    try {
+      db = dao::OpenForUpdate(file);
+    } catch (const Error& error) {
+      if (error.number != errc::kFileNotFoundDb || attempt == 3) throw;
+    }
+  }
   UpgradeTables(db, Upgrade::kAll);
   mydb = std::move(db);
   return true;
@@ -93,10 +108,12 @@ bool clsSeluVorneDataService::OpenDB_Sitei(std::int16_t Mode) {
   const std::string file = GetFileName(folder);
   bool found = !gExistProbe.Find_FileExists(file, ExistProbe::kFile).empty();
   if (!found && Mode == 1) {
-    Create_SeluVornMDB_FullPath(file);
+    frame::AcceptIfAnotherDidIt(errc::kDatabaseExists, [&] { Create_SeluVornMDB_FullPath(file); });
     // A new floor gets its build-out file beside it; one already there is kept.
     const std::string build_out = folder + "\\" + std::string(clsHariFukasiDS::kFileName);
-    if (!files::FileExists(build_out)) BuildOutStore().Create_HariFukasiMDB_FullPath(build_out);
+    if (!files::FileExists(build_out))
+      frame::AcceptIfAnotherDidIt(
+          errc::kDatabaseExists, [&] { BuildOutStore().Create_HariFukasiMDB_FullPath(build_out); });
     if (!FloorCompanion) Raise(errc::kObjectNotSet, "(FloorCompanion is not set)");
     frame::FloorCompanion(FloorCompanion).CreateMDB_FullPath(file);
     found = true;
@@ -114,7 +131,8 @@ bool clsSeluVorneDataService::OpenDB_Sitei(std::int16_t Mode) {
 
 bool clsSeluVorneDataService::OpenDB_Sitei_Copy(const std::string& sFullPathFileName) {
   if (gExistProbe.Find_FileExists(sFullPathFileName, ExistProbe::kFile).empty())
-    Create_SeluVornMDB_FullPath(sFullPathFileName);
+    frame::AcceptIfAnotherDidIt(errc::kDatabaseExists,
+                                [&] { Create_SeluVornMDB_FullPath(sFullPathFileName); });
   auto db = dao::OpenForUpdate(sFullPathFileName);
   UpgradeTables(db, Upgrade::kSpanTopAndJoint);
   KutaiDb = std::move(db);
@@ -135,7 +153,8 @@ void clsSeluVorneDataService::DeleteMdbByPath(const std::string& KaiPath) {
     WriteOpenDb->Close();
     WriteOpenDb.reset();
   }
-  files::DeleteFile(file);
+  // Another client may have deleted it since the check: that is no failure.
+  frame::AcceptIfAnotherDidIt(errc::kFileNotFound, [&] { files::DeleteFile(file); });
 }
 
 void clsSeluVorneDataService::DeleteAllDataDB(const std::string& KaiPath) {

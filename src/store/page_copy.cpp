@@ -177,7 +177,7 @@ bool clsSeluVorneDataService::Copy_OpenDB() {
     return true;
   }
   auto db =
-      dao::DBEngine::Instance()->Workspaces(vb::Variant(std::int16_t{0}))->OpenDatabase(copy_path_);
+      dao::OpenForUpdate(copy_path_);
   AddLateTable(db, LateTable::kSpanTop);
   KutaiDb = std::move(db);
   return true;

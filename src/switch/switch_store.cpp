@@ -79,7 +79,8 @@ bool clsHariSWDS::No_Copy1Page(std::int16_t iMotoZeneNo, std::int16_t iMotoKouji
 }
 
 bool clsHariSWDS::Copy_OpenDB() {
-  if (frame::gExistProbe.Find_FileExists(path_).empty()) Create_SwMDB_TBL(path_);
+  if (frame::gExistProbe.Find_FileExists(path_).empty())
+    frame::AcceptIfAnotherDidIt(errc::kDatabaseExists, [&] { Create_SwMDB_TBL(path_); });
   db_ = dao::OpenForUpdate(path_);
   return true;
 }

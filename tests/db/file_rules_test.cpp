@@ -1,0 +1,159 @@
+// Files under several processes: in-use marks another process's deletion
+// and copy respect, creation that is whole or absent, and the journal a file
+// gets on a network share.
+
+#include <SQLiteCpp/SQLiteCpp.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <fstream>
+
+#include "db_fixture.h"
+#include "file_system.h"
+#include "seluvorne/files.h"
+
+namespace seluvorne::testing {
+namespace {
+
+using namespace seluvorne::errc;
+namespace fs = std::filesystem;
+
+class FileRulesTest : public DbTest {
+ protected:
+  void TearDown() override {
+    db::SetFileSystemTypeProbe({});
+    DbTest::TearDown();
+  }
+
+  // A child process that opens `file` through the library, says so on a
+  // pipe, and keeps it open until the parent closes its end.
+  struct Holder {
+    pid_t pid;
+    int release;
+  };
+  Holder HoldInChild(const std::string& file) {
+    int opened[2], release[2];
+    EXPECT_EQ(::pipe(opened), 0);
+    EXPECT_EQ(::pipe(release), 0);
+    pid_t pid = ::fork();
+    if (pid == 0) {
+      ::close(opened[0]);
+      ::close(release[1]);
+      int status = 1;
+      try {
+        auto db = Open(file);
+        char ready = 'y';
+        if (::write(opened[1], &ready, 1) == 1 && ::read(release[0], &ready, 1) >= 0) status = 0;
+        db->Close();
+      } catch (...) {
+      }
+      ::_exit(status);
+    }
+    ::close(opened[1]);
+    ::close(release[0]);
+    char ready = 0;
+    EXPECT_EQ(::read(opened[0], &ready, 1), 1);
+    ::close(opened[0]);
+    return {pid, release[1]};
+  }
+  static int Release(Holder holder) {
+    ::close(holder.release);
+    int status = 0;
+    ::waitpid(holder.pid, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  }
+
+  std::string JournalMode(const std::string& file) const {
+    SQLite::Database sqlite(PathOf(file), SQLite::OPEN_READONLY);
+    return sqlite.execAndGet("PRAGMA journal_mode").getString();
+  }
+};
+
+TEST_F(FileRulesTest, AFileOpenInAnotherProcessCannotBeDeletedOrReplaced) {
+  Create("held.mdb")->Close();
+  Create("other.mdb")->Close();
+  Holder holder = HoldInChild("held.mdb");
+  const std::pair<const char*, std::function<void()>> attempts[] = {
+      {"DeleteFile", [&] { files::DeleteFile(PathOf("held.mdb")); }},
+      {"CopyFile onto it", [&] { files::CopyFile(PathOf("other.mdb"), PathOf("held.mdb")); }},
+  };
+  for (const auto& [what, attempt] : attempts) {
+    SCOPED_TRACE(what);
+    EXPECT_RAISES(attempt(), kPermissionDenied);
+  }
+  // Opening it here as well is no conflict; only removal is.
+  Open("held.mdb")->Close();
+  EXPECT_EQ(Release(holder), 0);
+  files::DeleteFile(PathOf("held.mdb"));
+  EXPECT_FALSE(fs::exists(PathOf("held.mdb")));
+}
+
+TEST_F(FileRulesTest, WhatAKilledCreationOrAnOldFileLeftDoesNotBlockOrLeak) {
+  // A creation killed midway left its temporary file; an old file its log.
+  std::ofstream(PathOf("SELUVORN.mdb.creating-99999-1")) << "half made";
+  fs::last_write_time(PathOf("SELUVORN.mdb.creating-99999-1"),
+                      fs::file_time_type::clock::now() - std::chrono::hours(1));
+  std::ofstream(PathOf("SELUVORN.mdb-wal")) << std::string(4096, 'w');
+  auto db = Create("SELUVORN.mdb");
+  AddFloorTable(*db, "KUTAIDATA");
+  AddRow(*db, "KUTAIDATA", 1, 0, 0, "kept");
+  db->Close();
+  EXPECT_FALSE(fs::exists(PathOf("SELUVORN.mdb.creating-99999-1")));
+  auto rs = Open("SELUVORN.mdb")->OpenRecordset("KUTAIDATA", dao::dbOpenTable);
+  EXPECT_EQ(rs->Value("DATA"), vb::Variant(std::string("kept")));
+}
+
+TEST_F(FileRulesTest, ACreationThatLosesLeavesTheWinnersFileAndLogAlone) {
+  auto winner = Create("SELUVORN.mdb");
+  AddFloorTable(*winner, "KUTAIDATA");
+  AddRow(*winner, "KUTAIDATA", 1, 0, 0, "in the log");
+  ASSERT_TRUE(fs::exists(PathOf("SELUVORN.mdb-wal")));
+  pid_t child = ::fork();
+  if (child == 0) {
+    int status = 1;
+    try {
+      Create("SELUVORN.mdb");
+    } catch (const Error& error) {
+      if (error.number == kDatabaseExists) status = 0;
+    } catch (...) {
+    }
+    ::_exit(status);
+  }
+  int status = 0;
+  ::waitpid(child, &status, 0);
+  EXPECT_EQ(WEXITSTATUS(status), 0);
+  EXPECT_TRUE(fs::exists(PathOf("SELUVORN.mdb-wal")));
+  AddRow(*winner, "KUTAIDATA", 2, 0, 0, "after");
+  winner->Close();
+  auto rs = Open("SELUVORN.mdb")->OpenRecordset("SELECT * FROM KUTAIDATA;", dao::dbOpenSnapshot);
+  rs->MoveLast();
+  EXPECT_EQ(rs->RecordCount(), 2);
+  for (const auto& entry : fs::directory_iterator(folder_))
+    EXPECT_EQ(entry.path().string().find(".creating-"), std::string::npos) << entry.path();
+}
+
+// statfs types: network file systems get the rollback journal, whatever the
+// file had; local ones WAL.
+TEST_F(FileRulesTest, OnANetworkShareAFileUsesTheRollbackJournal) {
+  const std::pair<long, const char*> types[] = {{0x6969, "delete"},     {0xFF534D42, "delete"},
+                                                {0xFE534D42, "delete"}, {0x01021997, "delete"},
+                                                {0xEF53, "wal"},        {0x01021994, "wal"}};
+  Create("old.mdb")->Close();  // made where the folder really is: WAL
+  int n = 0;
+  for (auto [type, mode] : types) {
+    SCOPED_TRACE(type);
+    db::SetFileSystemTypeProbe([type](const fs::path&) { return type; });
+    const std::string file = "f" + std::to_string(n++) + ".mdb";
+    auto db = Create(file);
+    AddFloorTable(*db, "KUTAIDATA");
+    AddRow(*db, "KUTAIDATA", 1, 0, 0, "x");
+    EXPECT_EQ(JournalMode(file), mode);
+    EXPECT_EQ(fs::exists(PathOf(file + "-wal")), std::string(mode) == "wal");
+    db->Close();
+    Open("old.mdb")->Close();
+    EXPECT_EQ(JournalMode("old.mdb"), mode);
+  }
+}
+
+}  // namespace
+}  // namespace seluvorne::testing

@@ -1,0 +1,211 @@
+"""Several clients on one floor at once: processes and threads racing to create,
+open, upgrade, write and delete it. Every call must succeed, every row written
+must be there, and the file must pass SQLite's integrity check.
+
+    stress.py [TRIALS]      (TRIALS from SELUVORNE_STRESS_TRIALS, else 3)
+
+Each trial runs every scenario once on a fresh data root; the summary gives
+the successes per scenario. The exit status is 1 when any trial failed.
+"""
+
+import multiprocessing
+import os
+import sqlite3
+import sys
+import tempfile
+import threading
+import traceback
+
+import seluvorne
+
+PROCESSES = 6
+THREADS = 8
+ROUNDS = 4
+
+
+def service(root):
+    seluvorne.register_standalone(root)
+    store = seluvorne.CreateObject("SeluVorneDS.clsSeluVorneDataService")
+    store.FloorCompanion = seluvorne.CreateObject(seluvorne.FLOOR_COMPANION)
+    return store
+
+
+def floor_of(root):
+    return seluvorne.CreateObject("FolderKit.clsFloorDirs").GetFullPathToKai(1, 1, 1)
+
+
+def native(path):
+    return path.replace("\\", "/")
+
+
+def in_processes(count, work, *args):
+    """Runs work(n, *args) in `count` processes started together; answers their failures."""
+    start = multiprocessing.Barrier(count)
+    failures = multiprocessing.Queue()
+
+    def child(n):
+        try:
+            start.wait()
+            work(n, *args)
+        except BaseException:
+            failures.put(f"process {n}: {traceback.format_exc()}")
+
+    children = [multiprocessing.Process(target=child, args=(n,)) for n in range(count)]
+    for p in children:
+        p.start()
+    for p in children:
+        p.join()
+    found = []
+    while not failures.empty():
+        found.append(failures.get())
+    found += [f"process {n} died ({p.exitcode})" for n, p in enumerate(children) if p.exitcode]
+    return found
+
+
+def in_threads(count, work, *args):
+    start = threading.Barrier(count)
+    found = []
+
+    def thread(n):
+        try:
+            start.wait()
+            work(n, *args)
+        except BaseException:
+            found.append(f"thread {n}: {traceback.format_exc()}")
+
+    threads = [threading.Thread(target=thread, args=(n,)) for n in range(count)]
+    for t in threads:
+        t.start()
+    for t in threads:
+        t.join()
+    return found
+
+
+def check_file(path, table=None, rows=None):
+    with sqlite3.connect(path) as db:
+        problems = []
+        if db.execute("PRAGMA integrity_check").fetchone()[0] != "ok":
+            problems.append(f"{path}: integrity_check failed")
+        if table is not None:
+            found = db.execute(f'SELECT COUNT(*) FROM "{table}"').fetchone()[0]
+            if found != rows:
+                problems.append(f"{path}: {found} rows in {table}, {rows} written")
+    return problems
+
+
+# ---- scenarios: each answers a list of problems (empty: passed) ----------------
+
+
+def open_new_floor(n, root):
+    store = service(root)
+    store.CurrKai = floor_of(root)
+    db = store.KutaiDb
+    rs = db.OpenRecordset("TOORIMEI", 2)
+    rs.AddNew()
+    rs.Fields("PAGE").Value = n
+    rs.Update()
+    store.CloseDB()
+
+
+def processes_open_a_new_floor(root):
+    service(root)
+    problems = in_processes(PROCESSES, open_new_floor, root)
+    file = native(floor_of(root)) + "/SELUVORN.mdb"
+    return problems or check_file(file, "TOORIMEI", PROCESSES)
+
+
+def processes_upgrade_an_older_floor(root):
+    store = service(root)
+    folder = floor_of(root)
+    store.Create_SeluVornMDB(folder)  # the nine tables only, as older floors have
+    problems = in_processes(PROCESSES, open_new_floor, root)
+    file = native(folder) + "/SELUVORN.mdb"
+    return problems or check_file(file, "SPANTOP", 0) or check_file(file, "TOORIMEI", PROCESSES)
+
+
+def threads_open_a_new_floor(root):
+    service(root)
+    problems = in_threads(THREADS, open_new_floor, root)
+    file = native(floor_of(root)) + "/SELUVORN.mdb"
+    return problems or check_file(file, "TOORIMEI", THREADS)
+
+
+def threads_write_one_file(root):
+    path = root + "/threads.mdb"
+    db = seluvorne.DBEngine().CreateDatabase(path, ";LANGID=0x0411;CP=932;COUNTRY=0")
+    table = db.CreateTableDef("TOORIMEI")
+    for name, kind, size in [("PAGE", 3, 0), ("TOORI", 10, 50)]:
+        table.Fields.Append(table.CreateField(name, kind, size))
+    db.TableDefs.Append(table)
+    db.Close()
+
+    def writer(n):
+        for _ in range(20):
+            db = seluvorne.DBEngine().OpenDatabase(path)
+            rs = db.OpenRecordset("TOORIMEI", 2)
+            rs.AddNew()
+            rs.Fields("PAGE").Value = n
+            rs.Update()
+            rs.Close()
+            db.Close()
+
+    return in_threads(THREADS, writer) or check_file(path, "TOORIMEI", THREADS * 20)
+
+
+def create_write_delete(n, root):
+    """Rounds of: open (creating when missing), write, close, delete when no one holds it."""
+    store = service(root)
+    folder = floor_of(root)
+    for _ in range(ROUNDS):
+        store.CurrKai = folder
+        rs = store.KutaiDb.OpenRecordset("TOORIMEI", 2)
+        rs.AddNew()
+        rs.Fields("PAGE").Value = n
+        rs.Update()
+        rows = store.KutaiDb.OpenRecordset("SELECT * FROM TOORIMEI WHERE PAGE = %d;" % n, 4)
+        if rows.EOF:
+            raise AssertionError("a row written is not there")
+        store.CloseDB()
+        try:
+            store.DeleteMdbByPath(folder)
+        except seluvorne.Error as error:
+            if error.number != 70:  # another process has the floor open: it stays
+                raise
+
+
+def processes_create_write_delete(root):
+    service(root)
+    problems = in_processes(PROCESSES, create_write_delete, root)
+    file = native(floor_of(root)) + "/SELUVORN.mdb"
+    return problems or (check_file(file) if os.path.exists(file) else [])
+
+
+SCENARIOS = [
+    ("six processes set CurrKai on one new floor", processes_open_a_new_floor),
+    ("six processes open one older floor", processes_upgrade_an_older_floor),
+    ("eight threads open one new floor", threads_open_a_new_floor),
+    ("eight threads x 20 rows on one file", threads_write_one_file),
+    ("six processes create, write, delete one floor", processes_create_write_delete),
+]
+
+
+def main():
+    trials = int(sys.argv[1]) if len(sys.argv) > 1 else int(os.environ.get("SELUVORNE_STRESS_TRIALS", 3))
+    passed = {name: 0 for name, _ in SCENARIOS}
+    for trial in range(trials):
+        for name, scenario in SCENARIOS:
+            with tempfile.TemporaryDirectory(prefix="seluvorne-stress-") as root:
+                problems = scenario(root)
+            if problems:
+                print(f"trial {trial + 1}, {name}:", *problems, sep="\n  ", flush=True)
+            else:
+                passed[name] += 1
+        print(f"trial {trial + 1} done: {sum(passed.values())} scenarios passed so far", flush=True)
+    for name, count in passed.items():
+        print(f"{count:4d} of {trials}  {name}")
+    return 0 if all(count == trials for count in passed.values()) else 1
+
+
+if __name__ == "__main__":
+    multiprocessing.set_start_method("fork")
+    sys.exit(main())
