@@ -28,9 +28,11 @@ std::vector<std::string> IntegrityProblems(const std::filesystem::path& file) {
   const std::string shown = file.string();
   if (FormatOf(file) == DatabaseFormat::kMissing) throw MakeError(errc::kFileNotFoundDb, shown);
   if (db::CheckDatabaseFile(file, shown) == db::FileKind::Jet)
-    throw Error(errc::kUnrecognizedFormat, kLibrarySource,
-                "Unrecognized database format '" + shown +
-                    "'. (a legacy Jet file: its storage is checked by migrating it)");
+  {
+    Error error = MakeError(errc::kUnrecognizedFormat, shown);
+    throw Error(error.number, error.source,
+                error.description + " (a legacy Jet file: migrating it checks every row)");
+  }
   std::vector<std::string> problems;
   try {
     SQLite::Database database(shown, SQLite::OPEN_READONLY);
