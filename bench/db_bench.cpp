@@ -244,7 +244,7 @@ BENCHMARK(BM_SelectPageRaw)->Unit(benchmark::kMicrosecond);
 
 // ---- Opening a file and running its first query -------------------------------
 
-constexpr int kOpenedFiles = 8;  // more than the engine keeps idle: every open is cold
+constexpr int kOpenedFiles = 8;  // every open is cold
 
 const std::vector<fs::path>& OpenedFiles() {
   static const std::vector<fs::path> files = [] {
@@ -274,7 +274,7 @@ void BM_OpenColdEngine(benchmark::State& state) {
 }
 BENCHMARK(BM_OpenColdEngine)->Unit(benchmark::kMicrosecond);
 
-// The same file each time: the engine reuses the connection it kept idle.
+// The same file each time, closed in between.
 void BM_OpenAgainEngine(benchmark::State& state) {
   const fs::path file = OpenedFiles().front();
   for (auto _ : state)

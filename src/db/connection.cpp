@@ -73,8 +73,7 @@ Connection::Connection(const std::filesystem::path& path, std::string_view shown
                        int open_flags, FileLock in_use)
     : in_use_(std::move(in_use)),
       sqlite_(path.string(), open_flags, BusyTimeout(), VfsName()),
-      shown_path_(shown_path),
-      path_(path) {
+      shown_path_(shown_path) {
   Identify(path, identity_);
   // On a share the rollback journal, whatever mode another process left in
   // the file; switching needs every other connection gone (else 3218).
@@ -95,55 +94,10 @@ Connection::~Connection() {
 }
 
 std::shared_ptr<Connection> Connection::Register(std::unique_ptr<Connection> connection) {
-  std::shared_ptr<Connection> shared(connection.release(), &Connection::Release);
+  std::shared_ptr<Connection> shared(std::move(connection));
   std::lock_guard lock(registry_mutex);
   TheRegistry()[shared->identity_] = shared;
   return shared;
-}
-
-void Connection::Release(Connection* released) {
-  std::unique_ptr<Connection> connection(released);
-  {
-    std::lock_guard lock(registry_mutex);
-    auto found = TheRegistry().find(connection->identity_);
-    if (found != TheRegistry().end() && found->second.expired()) TheRegistry().erase(found);
-  }
-  // A connection left inside a transaction is closed, which rolls it back.
-  sqlite3* handle = connection->sqlite_.getHandle();
-  if (!sqlite3_get_autocommit(handle)) return;
-  // The log goes into the file and is emptied, as a close would do, so that
-  // an idle file is complete without its log (a copy or a rename over it by
-  // another program loses nothing). When another process is in the way the
-  // connection is closed instead, without waiting.
-  sqlite3_busy_timeout(handle, 0);
-  int checkpoint =
-      sqlite3_wal_checkpoint_v2(handle, "main", SQLITE_CHECKPOINT_TRUNCATE, nullptr, nullptr);
-  sqlite3_busy_timeout(handle, BusyTimeout());
-  if (checkpoint != SQLITE_OK) return;
-  // Kept with the file's status now, after its last write here: it is reused
-  // only if nothing changed the file since.
-  FileStatus now;
-  if (!StatusOf(connection->path_, now) || now.device != connection->identity_.device ||
-      now.inode != connection->identity_.inode) {
-    connection->LeaveCompanionFiles();  // the path names another file by now
-    return;
-  }
-  connection->results_.clear();
-  const std::filesystem::path path = connection->path_;
-  IdleConnections::Keep(std::move(connection), path, now);
-}
-
-void Connection::CloseIdle(const std::filesystem::path& path) {
-  IdleConnections::Close(path);
-}
-
-void Connection::LeaveCompanionFiles() {
-  // No checkpoint on close (the log and its index at the path may belong to
-  // the new file by now) and no deletion of them.
-  sqlite3* handle = sqlite_.getHandle();
-  sqlite3_db_config(handle, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
-  int persist = 1;
-  sqlite3_file_control(handle, "main", SQLITE_FCNTL_PERSIST_WAL, &persist);
 }
 
 // Keeps the connection, and the file marked in use, for one handle.
@@ -183,20 +137,15 @@ void Connection::ReleaseHandle() {
 
 std::shared_ptr<Connection> Connection::Open(const std::filesystem::path& path,
                                              std::string_view shown_path) {
-  FileStatus status;
-  if (StatusOf(path, status)) {
+  FileIdentity identity;
+  if (Identify(path, identity)) {
     std::shared_ptr<Connection> shared;
     {
       std::lock_guard lock(registry_mutex);
-      auto found = TheRegistry().find({status.device, status.inode});
+      auto found = TheRegistry().find(identity);
       if (found != TheRegistry().end()) shared = found->second.lock();
     }
     if (shared) return NewLease(std::move(shared));
-    if (std::unique_ptr<Connection> idle = IdleConnections::Take(path, status)) {
-      idle->shown_path_ = shown_path;
-      idle->sqlite_.setBusyTimeout(BusyTimeout());
-      return NewLease(Register(std::move(idle)));
-    }
   }
   // Marked in use before SQLite opens it: this waits for a creator still
   // clearing what an older file left beside it, or for a deletion.

@@ -4,7 +4,7 @@
 // they see each other's rows at once and the file's locks are taken once.
 // The connection holds what is worth keeping between calls: the catalogue,
 // prepared statements and translated statement texts. It is closed when the
-// last handle lets go of it, or kept idle a little longer (idle_connections.h).
+// last handle lets go of it.
 //
 // Files are opened with WAL journaling and synchronous NORMAL: each Update is
 // its own commit, cheap, and survives a crash of the process. A file on a
@@ -30,7 +30,6 @@
 #include "catalogue.h"
 #include "dialect.h"
 #include "engine_error.h"
-#include "idle_connections.h"
 #include "file_lock.h"
 #include "statement.h"
 #include "statement_guard.h"
@@ -61,11 +60,8 @@ class Connection {
   // read-only. Raises 3343 when the file cannot be read whole.
   static std::shared_ptr<Connection> OpenLegacy(const std::filesystem::path& path,
                                                 std::string_view shown_path);
-  // Whether a handle of this process holds the file open (an idle
-  // connection does not count).
+  // Whether a handle of this process holds the file open.
   static bool IsOpen(const std::filesystem::path& path);
-  // Closes the idle connection of the file, before it is deleted or replaced.
-  static void CloseIdle(const std::filesystem::path& path);
 
   // Milliseconds a write waits for another process's lock; applies to open
   // connections too. Starts from SELUVORNE_BUSY_TIMEOUT_MS, else 5000.
@@ -118,10 +114,6 @@ class Connection {
   // Remembers rows just read for `translation` (small results only).
   void RememberRows(const Translation& translation, std::shared_ptr<const Rows> rows);
 
-  // On close, leaves the write-ahead log and its index where they are: for
-  // a connection whose path names another file by now.
-  void LeaveCompanionFiles();
-
  private:
   struct FileIdentity {
     std::uint64_t device = 0, inode = 0;
@@ -154,10 +146,7 @@ class Connection {
   void ReleaseHandle();
   static bool Identify(const std::filesystem::path& path, FileIdentity& identity);
   static Registry& TheRegistry();
-  // The handles' shared pointer: when the last one goes, the connection is
-  // kept idle (Release) rather than closed.
   static std::shared_ptr<Connection> Register(std::unique_ptr<Connection> connection);
-  static void Release(Connection* connection);
   void LoadCatalogue();
   PreparedStatement& Prepare(const std::string& sql, Stage stage, bool caller);
   // SQLite's count of changes to the file, by any connection, as of the
@@ -171,7 +160,6 @@ class Connection {
   SQLite::Database sqlite_;
   StatementGuard guard_{sqlite_.getHandle()};
   std::string shown_path_;
-  std::filesystem::path path_;
   FileIdentity identity_;
   Catalogue catalogue_;
   std::int64_t catalogue_version_ = -1;  // the schema version the catalogue was read at

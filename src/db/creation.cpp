@@ -71,7 +71,6 @@ fs::path TemporaryName(const fs::path& path) {
 
 std::shared_ptr<Connection> Connection::Create(const fs::path& path, std::string_view shown_path,
                                                std::string_view locale, const Builder& build) {
-  CloseIdle(path);  // an idle connection of a file deleted here before
   ClearAbandonedCreations(path);
   const fs::path temporary = TemporaryName(path);
   int descriptor = ::open(temporary.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, 0666);

@@ -58,7 +58,6 @@ void DeleteFile(std::string_view path) {
   CheckFolderOf(native);
   if (!FileExists(path)) Raise(errc::kFileNotFound);
   if (db::Connection::IsOpen(native)) Raise(errc::kPermissionDenied);
-  db::Connection::CloseIdle(native);
   // Held until the file is gone: no process can open it meanwhile.
   db::FileLock unused(native);
   if (unused.is_open() && !unused.TryExclusive()) Raise(errc::kPermissionDenied);
@@ -79,7 +78,6 @@ void CopyFile(std::string_view source, std::string_view destination) {
   std::error_code ignored;
   if (db::Connection::IsOpen(to) || fs::equivalent(from, to, ignored))
     Raise(errc::kPermissionDenied);
-  db::Connection::CloseIdle(to);
   // Held until the copy has replaced the destination: another process's
   // handle on it gives 70, and none can open it meanwhile.
   db::FileLock replaced(to);

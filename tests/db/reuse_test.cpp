@@ -1,7 +1,6 @@
 // What the engine keeps between calls: the catalogue (reread only when a
-// name is missing), rows read (shared while the file is unchanged), idle
-// connections (reused only for the same, unchanged file), and a log that
-// shrinks back.
+// name is missing), rows read (shared while the file is unchanged), and a
+// log that shrinks back.
 
 #include <SQLiteCpp/SQLiteCpp.h>
 #include <sqlite3.h>
@@ -139,72 +138,6 @@ TEST_F(ReuseTest, RememberedRowsGiveWayToEveryKindOfChange) {
     before->MoveFirst();
     EXPECT_EQ(before->GetRows(100).UBound(2) + 1, rows_before);  // a set read keeps its rows
   }
-}
-
-// A database file replaced at its path while its connection is idle: the
-// next open reads the new file, and closing the idle connection leaves the
-// new file's log alone.
-TEST_F(DbTest, AnIdleConnectionIsNeverUsedForAReplacedFile) {
-  const std::string target = PathOf("SELUVORN.mdb");
-  auto make = [&](const std::string& file, int rows) {
-    auto made = Create(file);
-    AddFloorTable(*made, "KUTAIDATA");
-    for (int i = 0; i < rows; ++i)
-      AddRow(*made, "KUTAIDATA", 0, 0, 0, "row");
-    return made;
-  };
-  const struct {
-    const char* how;
-    std::function<void()> replace;
-  } cases[] = {
-      {"DeleteFile, then CreateDatabase",
-       [&] {
-         files::DeleteFile(target);
-         make("SELUVORN.mdb", 2)->Close();
-       }},
-      {"removed by another program, then created",
-       [&] {
-         fs::remove(target);
-         make("SELUVORN.mdb", 2)->Close();
-       }},
-      {"CopyFile over it",
-       [&] {
-         make("other.mdb", 2)->Close();
-         files::CopyFile(PathOf("other.mdb"), target);
-       }},
-      {"renamed over by another program",
-       [&] {
-         make("other.mdb", 2)->Close();
-         fs::rename(PathOf("other.mdb"), target);
-       }},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.how);
-    fs::remove_all(folder_);
-    fs::create_directory(folder_);
-    make("SELUVORN.mdb", 5)->Close();  // idle now
-    EXPECT_FALSE(db::Connection::IsOpen(target));
-    c.replace();
-    auto reopened = Open("SELUVORN.mdb");
-    AddRow(*reopened, "KUTAIDATA", 1, 0, 0, "in the log");
-    EXPECT_EQ(CountRows(*reopened, "SELECT * FROM KUTAIDATA;"), 3);
-    db::Connection::CloseIdle(target);  // what the idle timer does
-    SQLite::Database reader(target, SQLite::OPEN_READONLY);
-    EXPECT_EQ(reader.execAndGet("SELECT COUNT(*) FROM KUTAIDATA").getInt(), 3);
-  }
-}
-
-TEST_F(DbTest, AnIdleConnectionClosesAfterItsLingerAndLeavesNoLog) {
-  auto db = Create("SELUVORN.mdb");
-  AddFloorTable(*db, "KUTAIDATA");
-  AddRow(*db, "KUTAIDATA", 0, 0, 0, "row");
-  db->Close();
-  EXPECT_FALSE(db::Connection::IsOpen(PathOf("SELUVORN.mdb")));
-  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-  while (fs::exists(PathOf("SELUVORN.mdb-wal")) && std::chrono::steady_clock::now() < deadline)
-    std::this_thread::sleep_for(std::chrono::milliseconds(100));
-  EXPECT_FALSE(fs::exists(PathOf("SELUVORN.mdb-wal")));
-  EXPECT_EQ(CountRows(*Open("SELUVORN.mdb"), "SELECT * FROM KUTAIDATA;"), 1);
 }
 
 TEST_F(DbTest, TheLogShrinksBackAfterALargeStatement) {
