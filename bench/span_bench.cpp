@@ -23,6 +23,7 @@
 #include <map>
 #include <vector>
 
+#include "ratio_reporter.h"
 #include "seluvorne/components.h"
 #include "seluvorne/frame.h"
 #include "seluvorne/paths.h"
@@ -250,39 +251,6 @@ const std::vector<std::pair<const char*, Query>>& Queries() {
   return queries;
 }
 
-// Prints the runs, then InitKutaiData time / raw time (medians when repeated).
-class RatioReporter : public benchmark::ConsoleReporter {
- public:
-  void ReportRuns(const std::vector<Run>& runs) override {
-    for (const Run& run : runs) {
-      const double iterations = run.run_type == Run::RT_Aggregate ? 1 : double(run.iterations);
-      times_[run.benchmark_name()] = {run.real_accumulated_time / iterations,
-                                      run.cpu_accumulated_time / iterations};
-    }
-    ConsoleReporter::ReportRuns(runs);
-  }
-  void Finalize() override {
-    ConsoleReporter::Finalize();
-    const Times *engine = Find("BM_InitKutaiData"), *raw = Find("BM_ReadPageRaw");
-    if (!engine || !raw) return;
-    std::printf("InitKutaiData of page %d / raw SQLite: %.2f (real time), %.2f (CPU time)\n",
-                kMiddlePage, engine->real / raw->real, engine->cpu / raw->cpu);
-  }
-
- private:
-  struct Times {
-    double real, cpu;
-  };
-  const Times* Find(const std::string& name) const {
-    for (const std::string& key : {name + "_median", name}) {
-      auto found = times_.find(key);
-      if (found != times_.end()) return &found->second;
-    }
-    return nullptr;
-  }
-  std::map<std::string, Times> times_;
-};
-
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -292,7 +260,8 @@ int main(int argc, char** argv) {
         [query = query](benchmark::State& state) { RunQuery(state, query); })
         ->Unit(benchmark::kMicrosecond);
   benchmark::Initialize(&argc, argv);
-  RatioReporter reporter;
+  seluvorne::bench::RatioReporter reporter(
+      {{"InitKutaiData of the middle page", "BM_InitKutaiData", "BM_ReadPageRaw"}});
   benchmark::RunSpecifiedBenchmarks(&reporter);
   benchmark::Shutdown();
   fs::remove_all(TheFloor().root);
