@@ -24,3 +24,13 @@ def component():
     yield register
     for prog_id in registered:
         seluvorne.unregister(prog_id)
+
+
+@pytest.fixture
+def floors(tmp_path, monkeypatch):
+    """The floors of a scratch data root, and a fresh library; registrations stay, as a script's."""
+    monkeypatch.setenv("SELUVORNE_SETTINGS", str(tmp_path / "no-settings.json"))
+    seluvorne.register_standalone(str(tmp_path))
+    seluvorne.restart()
+    yield seluvorne.CreateObject("FolderKit.clsFloorDirs")
+    seluvorne.restart()

@@ -11,13 +11,6 @@ from seluvorne.dao import dbFailOnError, dbInteger, dbOpenDynaset, dbOpenSnapsho
 from support import error_of
 
 
-@pytest.fixture
-def floors(tmp_path, monkeypatch):
-    monkeypatch.setenv("SELUVORNE_SETTINGS", str(tmp_path / "no-settings.json"))
-    seluvorne.register_standalone(str(tmp_path))
-    seluvorne.restart()
-    yield seluvorne.CreateObject("FolderKit.clsFloorDirs")
-    seluvorne.restart()
 
 
 def test_the_engines_constants_have_daos_names_and_values():

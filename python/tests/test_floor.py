@@ -1,20 +1,10 @@
 """A floor and its build-out store, made and opened by name from Python with
 the standalone components."""
 
-import pytest
-
 import seluvorne
 from support import error_of
 
 
-@pytest.fixture
-def floors(tmp_path, monkeypatch):
-    """The floors of a scratch data root, and a fresh library; registrations stay, as a script's."""
-    monkeypatch.setenv("SELUVORNE_SETTINGS", str(tmp_path / "no-settings.json"))
-    seluvorne.register_standalone(str(tmp_path))
-    seluvorne.restart()
-    yield seluvorne.CreateObject("FolderKit.clsFloorDirs")
-    seluvorne.restart()
 
 
 def test_a_floor_is_created_by_its_numbers_written_and_opened(floors):

@@ -1,19 +1,10 @@
 """A page written from a script through the page writers and copied to
 another floor with a progress object written in Python."""
 
-import pytest
-
 import seluvorne
 from support import error_of
 
 
-@pytest.fixture
-def floors(tmp_path, monkeypatch):
-    monkeypatch.setenv("SELUVORNE_SETTINGS", str(tmp_path / "no-settings.json"))
-    seluvorne.register_standalone(str(tmp_path))
-    seluvorne.restart()
-    yield seluvorne.CreateObject("FolderKit.clsFloorDirs")
-    seluvorne.restart()
 
 
 class Progress:
