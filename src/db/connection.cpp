@@ -135,18 +135,21 @@ void Connection::ReleaseHandle() {
   }
 }
 
+std::shared_ptr<Connection> Connection::Reopen(const std::filesystem::path& path) {
+  FileIdentity identity;
+  if (!Identify(path, identity)) return nullptr;
+  std::shared_ptr<Connection> shared;
+  {
+    std::lock_guard lock(registry_mutex);
+    auto found = TheRegistry().find(identity);
+    if (found != TheRegistry().end()) shared = found->second.lock();
+  }
+  return shared ? NewLease(std::move(shared)) : nullptr;
+}
+
 std::shared_ptr<Connection> Connection::Open(const std::filesystem::path& path,
                                              std::string_view shown_path) {
-  FileIdentity identity;
-  if (Identify(path, identity)) {
-    std::shared_ptr<Connection> shared;
-    {
-      std::lock_guard lock(registry_mutex);
-      auto found = TheRegistry().find(identity);
-      if (found != TheRegistry().end()) shared = found->second.lock();
-    }
-    if (shared) return NewLease(std::move(shared));
-  }
+  if (std::shared_ptr<Connection> held = Reopen(path)) return held;
   // Marked in use before SQLite opens it: this waits for a creator still
   // clearing what an older file left beside it, or for a deletion.
   FileLock in_use(path);

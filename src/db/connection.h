@@ -60,6 +60,10 @@ class Connection {
   // read-only. Raises 3343 when the file cannot be read whole.
   static std::shared_ptr<Connection> OpenLegacy(const std::filesystem::path& path,
                                                 std::string_view shown_path);
+  // A new lease on the connection this process already has to the file at
+  // `path` (the same device and inode), or null. That file was judged when
+  // it was first opened, so a reopen costs one stat and no other check.
+  static std::shared_ptr<Connection> Reopen(const std::filesystem::path& path);
   // Whether a handle of this process holds the file open.
   static bool IsOpen(const std::filesystem::path& path);
 
@@ -126,7 +130,7 @@ class Connection {
     std::unique_ptr<PreparedStatement> statement;
     std::uint64_t last_use = 0;
     bool checked = false;  // prepared under the caller's rules
-    int reprepares = 0;  // SQLite's count when last seen: it re-prepares after a schema change
+    int reprepares = 0;    // SQLite's count when last seen: it re-prepares after a schema change
   };
   using Registry = std::unordered_map<FileIdentity, std::weak_ptr<Connection>, IdentityHash>;
 

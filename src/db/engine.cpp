@@ -6,8 +6,8 @@
 #include "connection.h"
 #include "file_format.h"
 #include "seluvorne/dao.h"
-#include "seluvorne/member_table.h"
 #include "seluvorne/entry_lock.h"
+#include "seluvorne/member_table.h"
 #include "seluvorne/paths.h"
 #include "states.h"
 
@@ -47,7 +47,12 @@ std::shared_ptr<Database> Handle(const std::string& path,
 }  // namespace
 
 std::shared_ptr<Database> OpenForUpdate(const std::string& path) {
-  std::filesystem::path native = NativePath(path);
+  EntryLock entry;
+  std::filesystem::path native = DatabasePath(path);
+  // A file of ours this process holds is open for update already.
+  if (std::shared_ptr<db::Connection> held = db::Connection::Reopen(native);
+      held && !held->read_only())
+    return Handle(path, std::move(held));
   std::error_code ignored;
   if (std::filesystem::is_regular_file(native, ignored) &&
       db::CheckDatabaseFile(native, path) == db::FileKind::Jet) {
@@ -133,6 +138,8 @@ std::shared_ptr<Database> Workspace::OpenDatabase(const std::string& path,
       !connect.value_or("").empty())
     Raise(errc::kInvalidArgument, "(only shared, read-write opens are supported)");
   std::filesystem::path native = DatabasePath(path);
+  if (std::shared_ptr<db::Connection> held = db::Connection::Reopen(native))
+    return Handle(path, std::move(held));
   const std::string shown = native.string();  // messages show the native path
   CheckFolder(native, shown);
   std::error_code ignored;
