@@ -9,10 +9,10 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 
 #include "error_matchers.h"
 #include "fake_components.h"
+#include "file_bytes.h"
 #include "seluvorne/components.h"
 #include "seluvorne/display.h"
 #include "seluvorne/frame.h"
@@ -24,17 +24,9 @@ namespace {
 using namespace seluvorne;
 using namespace seluvorne::frame;
 namespace fs = std::filesystem;
+using seluvorne::testing::ReadBytes;
+using seluvorne::testing::WriteBytes;
 using vb::Variant;
-
-void WriteFile(const fs::path& file, const std::string& content) {
-  fs::create_directories(file.parent_path());
-  std::ofstream(file, std::ios::binary) << content;
-}
-
-std::string ReadFile(const fs::path& file) {
-  std::ifstream in(file, std::ios::binary);
-  return std::string(std::istreambuf_iterator<char>(in), {});
-}
 
 // A scratch data root, registered; no settings file and no SELUVORNE_DATA.
 class ComponentsTest : public ::testing::Test {
@@ -84,7 +76,7 @@ TEST_F(ComponentsTest, DataRootIsTheArgumentThenTheEnvironmentThenTheSettings) {
   auto data_path = [] { return FloorDirs::Create().DataPath(); };
   EXPECT_EQ(data_path(), root_);
   EXPECT_RAISES(RegisterStandaloneComponents(), errc::kInvalidCall);  // none of the three
-  WriteFile(settings_, R"({"dataRoot": "/from/settings/"})");
+  WriteBytes(settings_, R"({"dataRoot": "/from/settings/"})");
   RegisterStandaloneComponents();
   EXPECT_EQ(data_path(), "/from/settings");
   setenv("SELUVORNE_DATA", "/from/environment", 1);
@@ -104,14 +96,14 @@ TEST_F(ComponentsTest, FloorFoldersFollowTheFolderConventionAndTheSettingsOfTheM
   // No current floor in the settings: a clear error, not a path at the file-system root.
   EXPECT_RAISES(dirs.CurrFloor(), errc::kInvalidCall);
 
-  WriteFile(settings_, R"({"currentFloor": {"zenekonNo": 2, "koujiNo": 5, "kaiNo": 12},
+  WriteBytes(settings_, R"({"currentFloor": {"zenekonNo": 2, "koujiNo": 5, "kaiNo": 12},
                            "buzaiNo": 5})");
   EXPECT_EQ(FloorDirs::Create().CurrFloor(), root_ + "\\Zene2\\Kouji5\\12kai");
   EXPECT_EQ(FloorDirs::Create().BuzaiNo(), 5);
   for (const char* content : {"{not json", R"({"currentFloor": {"zenekonNo": 1, "koujiNo": 2}})",
                               R"({"currentFloor": {"zenekonNo": 1, "koujiNo": 2, "kaiNo": 40000}})",
                               R"({"buzaiNo": "five"})", R"({"dataRoot": 7})"}) {
-    WriteFile(settings_, content);
+    WriteBytes(settings_, content);
     EXPECT_RAISES(FloorDirs::Create(), errc::kTypeMismatch) << content;
   }
 }
@@ -124,7 +116,7 @@ TEST_F(ComponentsTest, ProbeAnswersTheNameOfAnExistingPathOfTheAskedKind) {
   EXPECT_EQ(probe.Find_FileExists(floor + "\\", ExistProbe::kFolder), "3kai");
   EXPECT_EQ(probe.Find_FileExists(floor), "");  // a folder is not a file
 
-  WriteFile(base_ / "data/Zene1/SELUVORN.mdb", "x");
+  WriteBytes(base_ / "data/Zene1/SELUVORN.mdb", "x");
   EXPECT_EQ(probe.Find_FileExists(root_ + "\\Zene1\\SELUVORN.mdb"), "SELUVORN.mdb");
   EXPECT_EQ(probe.Find_FileExists(root_ + "\\Zene1\\SELUVORN.mdb", 16), "");
   EXPECT_EQ(probe.Find_FileExists(root_ + "\\Zene1\\HARIFUKA.mdb", 0), "");
@@ -139,20 +131,20 @@ TEST_F(ComponentsTest, ProbeAnswersTheNameOfAnExistingPathOfTheAskedKind) {
 TEST_F(ComponentsTest, PresetsAnswerTextAndEmptyForWhatIsMissing) {
   const Presets presets = Presets::Create();
   EXPECT_EQ(presets.GetHariDefault("KutaiMaxPage"), "");  // no file
-  WriteFile(base_ / "data/presets.json",
-            R"({"KutaiMaxPage": "1", "Depth": 650.5, "On": true, "None": null})");
+  WriteBytes(base_ / "data/presets.json",
+             R"({"KutaiMaxPage": "1", "Depth": 650.5, "On": true, "None": null})");
   const std::pair<const char*, const char*> answers[] = {
       {"KutaiMaxPage", "1"}, {"Depth", "650.5"}, {"On", "True"}, {"None", ""}, {"Missing", ""}};
   for (const auto& [key, answer] : answers)
     EXPECT_EQ(presets.GetHariDefault(key), answer) << key;
-  WriteFile(base_ / "data/presets.json", R"({"KutaiMaxPage": [1]})");
+  WriteBytes(base_ / "data/presets.json", R"({"KutaiMaxPage": [1]})");
   EXPECT_RAISES(presets.GetHariDefault("KutaiMaxPage"), errc::kTypeMismatch);
 }
 
 TEST_F(ComponentsTest, RosterAnswersListedBeamsAndDefaultsForOthers) {
   std::string g1 = "G1", b1 = "B1", cg1 = "CG1", unknown = "X9";
   EXPECT_EQ(BeamRoster::Create().fOobariKobariKatamoti(g1), -1);  // no file
-  WriteFile(base_ / "data/roster.json", R"({"beams": {
+  WriteBytes(base_ / "data/roster.json", R"({"beams": {
       "G1":  {"kind": 2, "class": "girder", "end": "外端", "depths": [700, 650, 700.5]},
       "B1":  {"kind": 3, "class": "secondary", "end": "端部", "depths": 500},
       "CG1": {"class": "cantilever"}}})");
@@ -177,7 +169,7 @@ TEST_F(ComponentsTest, RosterAnswersListedBeamsAndDefaultsForOthers) {
   for (const char* content :
        {R"({"beams": {"G1": {"class": "column"}}})", R"({"beams": {"G1": {"depths": [700, 650]}}})",
         R"({"beams": {"G1": {"kind": -2}}})", R"({"beams": ["G1"]})"}) {
-    WriteFile(base_ / "data/roster.json", content);
+    WriteBytes(base_ / "data/roster.json", content);
     EXPECT_RAISES(BeamRoster::Create(), errc::kTypeMismatch) << content;
   }
 }
@@ -192,7 +184,7 @@ TEST_F(ComponentsTest, ThroughBarsRoundTripInPageOrderAndMissingPagesAnswerFalse
   Put(2, false);
   EXPECT_TRUE(Get(7) && Get(499));
   EXPECT_FALSE(Get(2) || Get(3));
-  EXPECT_EQ(ReadFile(NativeBars()), "HOLLENBAR 1\n2 0\n7 -1\n499 -1\nEND\n");
+  EXPECT_EQ(ReadBytes(NativeBars()), "HOLLENBAR 1\n2 0\n7 -1\n499 -1\nEND\n");
   EXPECT_EQ(std::distance(fs::directory_iterator(root_), {}), 1);  // no temporary file left
 }
 
@@ -206,10 +198,10 @@ TEST_F(ComponentsTest, ThroughBarsRefuseBadArgumentsAndDamagedFilesAndChangeNoth
   for (const char* damaged :
        {"HOLLENBAR 1\n2 -1\n", "HOLLENBAR 1\n2 1\nEND\n", "HOLLENBAR 1\n7 -1\n2 0\nEND\n",
         "HOLLENBAR 1\n2 -1 x\nEND\n", "something else\n"}) {
-    WriteFile(NativeBars(), damaged);
+    WriteBytes(NativeBars(), damaged);
     EXPECT_RAISES(Get(2), errc::kTypeMismatch) << damaged;
     EXPECT_RAISES(Put(3, true), errc::kTypeMismatch) << damaged;
-    EXPECT_EQ(ReadFile(NativeBars()), damaged);
+    EXPECT_EQ(ReadBytes(NativeBars()), damaged);
   }
 }
 

@@ -1,7 +1,10 @@
 // A scratch folder per test and the floor-table shape the stores use.
 #pragma once
 
+#include <SQLiteCpp/SQLiteCpp.h>
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -57,6 +60,34 @@ class DbTest : public ::testing::Test {
     rs->SetValue("BANGOU", bangou);
     rs->SetValue("DATA", std::move(data));
     rs->Update();
+  }
+
+  // What SQLite itself answers to `sql` on `file`, past the library: an
+  // integrity check, the journal mode.
+  std::string AskSqlite(const std::string& file, const std::string& sql) const {
+    SQLite::Database sqlite(PathOf(file), SQLite::OPEN_READONLY);
+    return sqlite.execAndGet(sql).getString();
+  }
+
+  // Runs `work` in a child process; its result is the child's exit status.
+  template <class F>
+  static pid_t Fork(F work) {
+    pid_t child = ::fork();
+    if (child == 0) {
+      int status = 1;
+      try {
+        status = work();
+      } catch (...) {
+      }
+      ::_exit(status);
+    }
+    return child;
+  }
+  // The exit status of a child, -1 when it did not exit.
+  static int ExitStatus(pid_t child) {
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
   }
 
   static std::int32_t CountRows(dao::Database& db, const std::string& sql) {

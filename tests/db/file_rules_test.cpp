@@ -35,20 +35,15 @@ class FileRulesTest : public DbTest {
     int opened[2], release[2];
     EXPECT_EQ(::pipe(opened), 0);
     EXPECT_EQ(::pipe(release), 0);
-    pid_t pid = ::fork();
-    if (pid == 0) {
+    pid_t pid = Fork([&] {
       ::close(opened[0]);
       ::close(release[1]);
-      int status = 1;
-      try {
-        auto db = Open(file);
-        char ready = 'y';
-        if (::write(opened[1], &ready, 1) == 1 && ::read(release[0], &ready, 1) >= 0) status = 0;
-        db->Close();
-      } catch (...) {
-      }
-      ::_exit(status);
-    }
+      auto db = Open(file);
+      char ready = 'y';
+      const bool held = ::write(opened[1], &ready, 1) == 1 && ::read(release[0], &ready, 1) >= 0;
+      db->Close();
+      return held ? 0 : 1;
+    });
     ::close(opened[1]);
     ::close(release[0]);
     char ready = 0;
@@ -58,14 +53,11 @@ class FileRulesTest : public DbTest {
   }
   static int Release(Holder holder) {
     ::close(holder.release);
-    int status = 0;
-    ::waitpid(holder.pid, &status, 0);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return ExitStatus(holder.pid);
   }
 
   std::string JournalMode(const std::string& file) const {
-    SQLite::Database sqlite(PathOf(file), SQLite::OPEN_READONLY);
-    return sqlite.execAndGet("PRAGMA journal_mode").getString();
+    return AskSqlite(file, "PRAGMA journal_mode");
   }
 };
 
@@ -108,26 +100,19 @@ TEST_F(FileRulesTest, ACreationThatLosesLeavesTheWinnersFileAndLogAlone) {
   AddFloorTable(*winner, "KUTAIDATA");
   AddRow(*winner, "KUTAIDATA", 1, 0, 0, "in the log");
   ASSERT_TRUE(fs::exists(PathOf("SELUVORN.mdb-wal")));
-  pid_t child = ::fork();
-  if (child == 0) {
-    int status = 1;
+  const pid_t loser = Fork([&] {
     try {
       Create("SELUVORN.mdb");
     } catch (const Error& error) {
-      if (error.number == kDatabaseExists) status = 0;
-    } catch (...) {
+      return error.number == kDatabaseExists ? 0 : 1;
     }
-    ::_exit(status);
-  }
-  int status = 0;
-  ::waitpid(child, &status, 0);
-  EXPECT_EQ(WEXITSTATUS(status), 0);
+    return 1;
+  });
+  EXPECT_EQ(ExitStatus(loser), 0);
   EXPECT_TRUE(fs::exists(PathOf("SELUVORN.mdb-wal")));
   AddRow(*winner, "KUTAIDATA", 2, 0, 0, "after");
   winner->Close();
-  auto rs = Open("SELUVORN.mdb")->OpenRecordset("SELECT * FROM KUTAIDATA;", dao::dbOpenSnapshot);
-  rs->MoveLast();
-  EXPECT_EQ(rs->RecordCount(), 2);
+  EXPECT_EQ(CountRows(*Open("SELUVORN.mdb"), "SELECT * FROM KUTAIDATA;"), 2);
   for (const auto& entry : fs::directory_iterator(folder_))
     EXPECT_EQ(entry.path().string().find(".creating-"), std::string::npos) << entry.path();
 }

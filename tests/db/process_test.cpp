@@ -27,26 +27,6 @@ class ProcessTest : public DbTest {
     db->Close();  // nothing of the file is open in this process when it forks
   }
 
-  // Runs `work` in a child process; its result is the child's exit status.
-  template <class F>
-  static pid_t Fork(F work) {
-    pid_t child = ::fork();
-    if (child == 0) {
-      int status = 1;
-      try {
-        status = work();
-      } catch (...) {
-      }
-      ::_exit(status);
-    }
-    return child;
-  }
-  static int ExitStatus(pid_t child) {
-    int status = 0;
-    ::waitpid(child, &status, 0);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-  }
-
   // Tries `count` rows of `page`; answers how many were stored. Each row
   // stored is reported on `report`, when given.
   std::int32_t WriteRows(std::int16_t page, std::int32_t count, int report = -1) {
@@ -69,10 +49,7 @@ class ProcessTest : public DbTest {
     return stored;
   }
 
-  std::string IntegrityCheck() {
-    SQLite::Database sqlite(PathOf("SELUVORN.mdb"), SQLite::OPEN_READONLY);
-    return sqlite.execAndGet("PRAGMA integrity_check").getString();
-  }
+  std::string IntegrityCheck() const { return AskSqlite("SELUVORN.mdb", "PRAGMA integrity_check"); }
 };
 
 TEST_F(ProcessTest, EveryRowWhoseUpdateReturnedSurvivesAKilledWriter) {

@@ -27,10 +27,7 @@ class ThreadsTest : public DbTest {
     SQLite::Database sqlite(PathOf("SELUVORN.mdb"), SQLite::OPEN_READONLY);
     return sqlite.execAndGet("SELECT COUNT(*) FROM TOORIMEI").getInt64();
   }
-  std::string IntegrityCheck() const {
-    SQLite::Database sqlite(PathOf("SELUVORN.mdb"), SQLite::OPEN_READONLY);
-    return sqlite.execAndGet("PRAGMA integrity_check").getString();
-  }
+  std::string IntegrityCheck() const { return AskSqlite("SELUVORN.mdb", "PRAGMA integrity_check"); }
 };
 
 // One round as a C++ host writes it, through the objects' methods.

@@ -1,6 +1,7 @@
 // Late-bound calls through a member table: the registry, arguments by value and
 // by reference, coercion, and the errors of a call that cannot be made.
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "error_matchers.h"
@@ -164,24 +165,17 @@ TEST_F(DispatchTest, MismatchesNameTheMemberTheArgumentAndItsValue) {
       EXPECT_EQ(error.source, std::string("Gauge.") + c.member);
     }
   }
-  // Other refusals keep their own numbers and texts.
-  EXPECT_RAISES(Call("Sum", 40000), kOverflow);
-  EXPECT_RAISES(Call("Sum", Variant(vb::Null)), kInvalidUseOfNull);
 }
 
 TEST_F(DispatchTest, AnUnregisteredNameSaysHowToRegisterIt) {
-  try {
-    CreateObject("FolderKit.clsExistProbe");
-    FAIL() << "created an unregistered component";
-  } catch (const Error& error) {
-    EXPECT_EQ(error.number, kCannotCreateObject);
-    EXPECT_TRUE(error.description.starts_with(
-        "ActiveX component can't create object (FolderKit.clsExistProbe is not registered:"))
-        << error.description;
-    for (const char* how : {"Register(", "seluvorne.register(", "RegisterStandaloneComponents(",
-                            "seluvorne.register_standalone("})
-      EXPECT_NE(error.description.find(how), std::string::npos) << how;
-  }
+  using ::testing::HasSubstr;
+  EXPECT_RAISES_THAT(
+      CreateObject("FolderKit.clsExistProbe"), kCannotCreateObject,
+      ::testing::AllOf(::testing::StartsWith("ActiveX component can't create object "
+                                             "(FolderKit.clsExistProbe is not registered:"),
+                       HasSubstr("Register("), HasSubstr("seluvorne.register("),
+                       HasSubstr("RegisterStandaloneComponents("),
+                       HasSubstr("seluvorne.register_standalone(")));
 }
 
 }  // namespace

@@ -2,10 +2,9 @@
 
 #include <QImage>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 
 #include "error_matchers.h"
+#include "file_bytes.h"
 #include "seluvorne/drawing.h"
 
 namespace {
@@ -46,12 +45,11 @@ TEST(ElevationLayout, ColumnsStandAboutTheirCentreLines) {
   const ElevationLayout layout = LayoutElevation(TwoSpans());
   ASSERT_EQ(layout.columns.size(), 3u);
   // Column centres at 400, 7,600 and 13,600 from the outer face of column 0.
-  EXPECT_DOUBLE_EQ(layout.columns[0].left, 0);
-  EXPECT_DOUBLE_EQ(layout.columns[0].right, 800);
-  EXPECT_DOUBLE_EQ(layout.columns[1].left, 7150);
-  EXPECT_DOUBLE_EQ(layout.columns[1].right, 8050);
-  EXPECT_DOUBLE_EQ(layout.columns[2].left, 13200);
-  EXPECT_DOUBLE_EQ(layout.columns[2].right, 14000);
+  const double faces[3][2] = {{0, 800}, {7150, 8050}, {13200, 14000}};
+  for (int k = 0; k < 3; ++k) {
+    EXPECT_DOUBLE_EQ(layout.columns[k].left, faces[k][0]) << k;
+    EXPECT_DOUBLE_EQ(layout.columns[k].right, faces[k][1]) << k;
+  }
   // The columns reach beyond the deepest haunch and the highest top.
   EXPECT_LT(layout.columns[1].bottom, -50 - 900 - 150);
   EXPECT_GT(layout.columns[1].top, 0 + 100);
@@ -136,11 +134,9 @@ TEST(ElevationFiles, SvgAndPngAtTheGivenScale) {
               image.width() / 2.0, 1);
 
   WriteElevation(beam, folder / "beam.svg", 50);
-  std::ifstream file(folder / "beam.svg");
-  std::stringstream svg;
-  svg << file.rdbuf();
+  const std::string svg = seluvorne::testing::ReadBytes(folder / "beam.svg");
   for (const char* text : {"<svg", "X2", "G1", "7200", "Y1通り"})
-    EXPECT_NE(svg.str().find(text), std::string::npos) << text;
+    EXPECT_NE(svg.find(text), std::string::npos) << text;
 
   EXPECT_RAISES(WriteElevation(beam, folder / "beam.pdf", 50), 5);
   EXPECT_RAISES(WriteElevation(beam, folder / "no" / "such" / "beam.png", 50), 75);

@@ -6,22 +6,6 @@
 namespace seluvorne::testing {
 namespace {
 
-TEST(StatementText, AsTheStoreSendsThem) {
-  const clsHariFukasiDS::Key key{3, 4, 1, 2, 0, 3, 9, 9, 21};
-  EXPECT_EQ(fukasi::RangeFilter(key, clsHariFukasiDS::kAll), " * FROM KUTAIDATA;");
-  EXPECT_EQ(fukasi::RangeFilter(key, clsHariFukasiDS::kCode),
-            " * FROM KUTAIDATA WHERE PAGE BETWEEN 3 AND 4 AND SPANNO BETWEEN 1 AND 2 AND ITI "
-            "BETWEEN 0 AND 3 AND SYURUI BETWEEN 9 AND 9 AND BANGOU = 21;");
-  // The symbol query keeps Str's blank before a number that is not negative.
-  EXPECT_EQ(fukasi::SymbolQuery(3), "SELECT DATA FROM KUTAIDATA WHERE PAGE =  3 AND BANGOU = 6;");
-  EXPECT_EQ(fukasi::CloseSpanGap(4, 2),
-            "UPDATE KUTAIDATA SET SPANNO = SPANNO - 1 Where PAGE = 4 AND SPANNO > 2;");
-  EXPECT_EQ(fukasi::OpenSpanGap(4, 2),
-            "UPDATE KUTAIDATA SET SPANNO = SPANNO + 1 Where PAGE = 4 AND SPANNO >= 2;");
-  EXPECT_EQ(fukasi::PageQuery(12), "SELECT * FROM KUTAIDATA WHERE PAGE = 12;");
-  EXPECT_EQ(fukasi::PageDelete(12), "DELETE * FROM KUTAIDATA WHERE PAGE = 12 ;");
-}
-
 using RangeTest = FixtureFloorTest;
 
 // The rows of a set, which leaves it on the last.

@@ -93,6 +93,9 @@ TEST_F(ValueTest, ABadKeyOrValueRaisesBeforeTheStoredValueIsDeleted) {
   std::vector<Row> kept = fixture;
   kept.insert(kept.end(), bad_keys.begin(), bad_keys.end());
   EXPECT_EQ(Rows(file), kept);
+  Key(159, 0, 0, 0);  // the last page within the limit
+  Put("Kigou", {}, "last");
+  EXPECT_EQ(Get("Kigou"), Variant("last"));
 }
 
 }  // namespace

@@ -7,10 +7,10 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <fstream>
 #include <map>
 
 #include "error_matchers.h"
+#include "file_bytes.h"
 #include "floor_test.h"
 #include "manifest.h"
 #include "seluvorne/dao.h"
@@ -25,16 +25,11 @@ namespace fs = std::filesystem;
 
 const char* const kFloorFiles[] = {"SELUVORN.mdb", "HARIFUKA.mdb", "SeluVorneSW.MDB"};
 
-std::string Bytes(const fs::path& path) {
-  std::ifstream in(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), {}};
-}
-
 // Every file of a folder with its bytes.
 std::map<std::string, std::string> Snapshot(const fs::path& folder) {
   std::map<std::string, std::string> files;
   for (const auto& entry : fs::directory_iterator(folder))
-    files[entry.path().filename().string()] = Bytes(entry.path());
+    files[entry.path().filename().string()] = ReadBytes(entry.path());
   return files;
 }
 
@@ -56,7 +51,7 @@ class Migration : public FloorTest {
       if (entry.path().extension() == ".json") continue;
       const std::string name = entry.path().filename().string();
       SCOPED_TRACE(name);
-      EXPECT_EQ(Bytes(folder / (name + ".jet")), Bytes(entry.path()));
+      EXPECT_EQ(ReadBytes(folder / (name + ".jet")), ReadBytes(entry.path()));
       auto database = dao::DBEngine::Instance()->OpenDatabase((folder / name).string());
       EXPECT_TRUE(database->Updatable());
       ExpectMatchesManifest(*database, entry.path().string() + ".json");
@@ -77,13 +72,8 @@ class EachFloor : public Migration, public ::testing::WithParamInterface<const c
 TEST_P(EachFloor, MigratesEveryRowAndOpensForWork) {
   fs::path folder = Floor(GetParam());
   clsSeluVorneDataService floor;
-  try {
-    floor.SetCurrKai(folder.string());
-    ADD_FAILURE() << "a legacy floor opened for work";
-  } catch (const Error& error) {
-    EXPECT_EQ(error.number, errc::kUnrecognizedFormat);
-    EXPECT_NE(error.description.find("migrate"), std::string::npos) << error.description;
-  }
+  EXPECT_RAISES_THAT(floor.SetCurrKai(folder.string()), errc::kUnrecognizedFormat,
+                     ::testing::HasSubstr("migrate"));
 
   legacy::MigrationReport report = legacy::MigrateFloor(folder.string());
   for (const legacy::FileReport& file : report.files) {
@@ -142,14 +132,9 @@ TEST_F(Migration, AFloorWithABrokenFileIsLeftAsItWas) {
     fs::remove(folder / "SELUVORN.mdb");
     fs::copy_file(Fixture(fixture), folder / "SELUVORN.mdb");
     const auto before = Snapshot(folder);
-    try {
-      legacy::MigrateFloor(folder.string());
-      ADD_FAILURE() << "migrated";
-    } catch (const Error& error) {
-      EXPECT_EQ(error.number, errc::kUnrecognizedFormat);
-      EXPECT_NE(error.description.find("SELUVORN.mdb"), std::string::npos) << error.description;
-      EXPECT_NE(error.description.find(named), std::string::npos) << error.description;
-    }
+    EXPECT_RAISES_THAT(
+        legacy::MigrateFloor(folder.string()), errc::kUnrecognizedFormat,
+        ::testing::AllOf(::testing::HasSubstr("SELUVORN.mdb"), ::testing::HasSubstr(named)));
     EXPECT_EQ(Snapshot(folder), before);
   }
 }
@@ -166,7 +151,7 @@ TEST_F(Migration, SalvageMigratesWhatIsReadableAndReportsTheLoss) {
   EXPECT_EQ(tables["KUTAIDATA"].recorded, 343);
   EXPECT_EQ(tables["KUTAIDATA"].written, 125);
   EXPECT_EQ(tables["ANKANIGE"].written, 1008);
-  const std::string written = Bytes(report.report_file);
+  const std::string written = ReadBytes(report.report_file);
   EXPECT_NE(written.find("KUTAIDATA: recorded 343, read 125, written 125, LOST 218"),
             std::string::npos)
       << written;
@@ -183,12 +168,12 @@ TEST_F(Migration, OnlyTheLegacyFilesOfAPartlyNativeFloorMigrate) {
   legacy::MigrateFloor(native.string());
   fs::remove(folder / "SELUVORN.mdb");
   fs::copy_file(native / "SELUVORN.mdb", folder / "SELUVORN.mdb");
-  const std::string native_bytes = Bytes(folder / "SELUVORN.mdb");
+  const std::string native_bytes = ReadBytes(folder / "SELUVORN.mdb");
 
   legacy::MigrationReport report = legacy::MigrateFloor(folder.string());
   for (const legacy::FileReport& file : report.files)
     EXPECT_EQ(file.migrated, file.file != "SELUVORN.mdb") << file.file;
-  EXPECT_EQ(Bytes(folder / "SELUVORN.mdb"), native_bytes);
+  EXPECT_EQ(ReadBytes(folder / "SELUVORN.mdb"), native_bytes);
   EXPECT_FALSE(fs::exists(folder / "SELUVORN.mdb.jet"));
   EXPECT_TRUE(fs::exists(folder / "HARIFUKA.mdb.jet"));
 }

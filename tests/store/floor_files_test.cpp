@@ -7,10 +7,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <iterator>
-
 #include "error_matchers.h"
+#include "file_bytes.h"
 #include "floor_test.h"
 #include "seluvorne/floor_schema.h"
 #include "seluvorne/frame.h"
@@ -19,6 +17,7 @@
 namespace {
 
 using namespace seluvorne;
+using seluvorne::testing::ReadBytes;
 using ::testing::ElementsAre;
 using ::testing::ElementsAreArray;
 using Names = std::vector<std::string>;
@@ -41,11 +40,6 @@ Names UserTables(dao::Database& db) {
     if (std::string name = tables->Item(i)->Name(); !name.starts_with("MSys"))
       names.push_back(name);
   return names;
-}
-
-std::string Bytes(const fs::path& path) {
-  std::ifstream in(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
 }
 
 class FloorFilesTest : public seluvorne::testing::FloorTest {
@@ -95,10 +89,10 @@ TEST_F(FloorFilesTest, OpeningAFloorWhoseFolderIsMissingCreatesFolderFileAndElev
 
 TEST_F(FloorFilesTest, CreatingOverAnExistingFileRaisesAndLeavesItByteForByte) {
   WriteOldFloorFile();
-  const std::string before = Bytes(Native(file));
+  const std::string before = ReadBytes(Native(file));
   EXPECT_RAISES(service->Create_SeluVorneTBL(file), errc::kDatabaseExists);
   EXPECT_RAISES(service->Create_SeluVornMDB(folder), errc::kDatabaseExists);
-  EXPECT_EQ(Bytes(Native(file)), before);
+  EXPECT_EQ(ReadBytes(Native(file)), before);
 }
 
 // What each opener adds to an older file: the first `added` of the late
@@ -149,7 +143,7 @@ TEST_F(FloorFilesTest, AMissingFloorIsCreatedByModeOneOnly) {
   // Mode 1 without a companion: 91, once both files exist.
   EXPECT_RAISES(service->OpenDB_Sitei(1), errc::kObjectNotSet);
   EXPECT_FALSE(service->KutaiDb);
-  const std::string build_out = Bytes(Native(folder + "\\HARIFUKA.mdb"));
+  const std::string build_out = ReadBytes(Native(folder + "\\HARIFUKA.mdb"));
   ASSERT_FALSE(build_out.empty());
 
   // Again with a companion, the floor file gone: the build-out file is kept as it is.
@@ -163,7 +157,7 @@ TEST_F(FloorFilesTest, AMissingFloorIsCreatedByModeOneOnly) {
                           "FloorCompanion#1 CreateMDB_FullPath(\"" + file + "\")"));
   ASSERT_TRUE(service->KutaiDb);
   EXPECT_THAT(UserTables(*service->KutaiDb), ElementsAreArray(Plus(kNineTables, {"SPANTOP"})));
-  EXPECT_EQ(Bytes(Native(folder + "\\HARIFUKA.mdb")), build_out);
+  EXPECT_EQ(ReadBytes(Native(folder + "\\HARIFUKA.mdb")), build_out);
 }
 
 TEST_F(FloorFilesTest, HandlesOutliveFailedOpensAndRefusedDeletes) {
@@ -173,7 +167,7 @@ TEST_F(FloorFilesTest, HandlesOutliveFailedOpensAndRefusedDeletes) {
   service->SetCurrKai(folder);
   const auto handle = service->KutaiDb;
   const std::string bad = MakeFloorFolder(1, 1, 2);
-  std::ofstream(Native(bad + "\\SELUVORN.mdb")) << "not a database";
+  seluvorne::testing::WriteBytes(Native(bad + "\\SELUVORN.mdb"), "not a database");
   EXPECT_RAISES(service->SetCurrKai(bad), errc::kUnrecognizedFormat);
   EXPECT_EQ(service->KutaiDb, handle);
   EXPECT_EQ(service->CurrKai(), folder);

@@ -9,6 +9,7 @@
 #include "error_matchers.h"
 #include "page_test.h"
 #include "seluvorne/frame.h"
+#include "seluvorne/page_rows.h"
 #include "seluvorne/sample_pages.h"
 
 namespace {
@@ -22,7 +23,7 @@ using ::testing::ElementsAreArray;
 using ::testing::IsEmpty;
 using Pages = vb::Array<std::int16_t>;
 
-Pages PageList(std::initializer_list<std::int16_t> pages) {
+Pages PageList(const std::vector<std::int16_t>& pages) {
   Pages list({static_cast<std::int32_t>(pages.size()) - 1});
   std::int32_t i = 0;
   for (std::int16_t page : pages)
@@ -41,25 +42,16 @@ class PageCopyTest : public PageTest {
     service->WriteOpenDb.reset();
 
     clsHariFukasiDS build_outs;
-    build_outs.WriteDB_Open(folder);
-    build_outs.SetPage(2);
-    build_outs.SetSpan(1);
-    build_outs.SetIti(build_outs.ItiNoUe());
-    build_outs.SetSyurui(0);
+    BuildOutAt(build_outs, folder, 2);
     build_outs.SetKigou("F1");
     build_outs.CloseDB();
 
+    static constexpr std::string_view kSwitchFields[] = {"PAGE", "SPAN", "DATAKIND", "DATA"};
     const std::string switches = folder + "\\" + std::string(clsHariSWDS::kFileName);
     clsHariSWDS().Create_SwMDB_TBL(switches);
     auto db = dao::DBEngine::Instance()->OpenDatabase(switches);
-    auto rows = db->OpenRecordset("SELUVORNESW");
-    rows->AddNew();
-    for (auto [field, value] : {std::pair<const char*, vb::Variant>{"PAGE", std::int16_t{2}},
-                                {"SPAN", std::int16_t{1}},
-                                {"DATAKIND", std::int16_t{3}},
-                                {"DATA", std::string("on")}})
-      rows->SetValue(field, value);
-    rows->Update();
+    frame::RowAppender(*db, "SELUVORNESW", kSwitchFields)
+        .Add(std::vector<vb::Variant>{std::int16_t{2}, std::int16_t{1}, std::int16_t{3}, "on"});
     db->Close();
 
     destination = MakeFloorFolder(4, 5, 6);
@@ -67,6 +59,15 @@ class PageCopyTest : public PageTest {
     progress = fakes::MakeFakeObject(fakes, "Progress");
     service->SetCopyMergeBar(progress);
     fakes.ClearLog();
+  }
+
+  // The build-out store at span 1, upper position, kind 0 of `page` on `floor`.
+  static void BuildOutAt(clsHariFukasiDS& store, const std::string& floor, std::int16_t page) {
+    store.WriteDB_Open(floor);
+    store.SetPage(page);
+    store.SetSpan(1);
+    store.SetIti(store.ItiNoUe());
+    store.SetSyurui(0);
   }
 
   bool CopyNo(std::int16_t mode, std::int16_t with_sekouzu, Pages from, Pages to) {
@@ -101,11 +102,7 @@ TEST_F(PageCopyTest, EveryStoresRowsOfThePagesArriveAndTheCollaboratorsAreCalled
               RowsOf(*source.WriteOpenDb, "TOORIMEI", from));
   }
   clsHariFukasiDS build_outs;
-  build_outs.WriteDB_Open(destination);
-  build_outs.SetPage(5);
-  build_outs.SetSpan(1);
-  build_outs.SetIti(build_outs.ItiNoUe());
-  build_outs.SetSyurui(0);
+  BuildOutAt(build_outs, destination, 5);
   EXPECT_EQ(build_outs.Kigou(), "F1");
   build_outs.CloseDB();
   auto switches = dao::DBEngine::Instance()->OpenDatabase(destination + "\\SeluVorneSW.MDB");
@@ -197,13 +194,7 @@ TEST_P(CopyCheck, AnswersTheCheckAndCopiesNothing) {
     for (std::int16_t page : c.destination_pages)
       writer.Write_TooriMei(page, "Y", "1");
   }
-  Pages from({static_cast<std::int32_t>(c.from.size()) - 1}), to({0});
-  for (std::size_t i = 0; i < c.from.size(); ++i)
-    from(static_cast<std::int32_t>(i)) = c.from[i];
-  for (std::size_t i = 0; i < c.to.size(); ++i) {
-    to.ReDimPreserve({static_cast<std::int32_t>(i)});
-    to(static_cast<std::int32_t>(i)) = c.to[i];
-  }
+  Pages from = PageList(c.from), to = c.to.empty() ? Pages({0}) : PageList(c.to);
   const bool result = c.add ? service->No_PageCopyAddNo(0, 1, message, 1, 2, 3, from,
                                                         vb::CInt(from.UBound()), 4, 5, 6)
                             : CopyNo(0, 1, from, to);

@@ -13,6 +13,7 @@
 #include "seluvorne/call_by_name.h"
 #include "seluvorne/floor_schema.h"
 #include "seluvorne/frame.h"
+#include "seluvorne/page_rows.h"
 #include "seluvorne/runtime.h"
 #include "seluvorne/seluvorne_data_service.h"
 
@@ -77,23 +78,18 @@ class PageDirectoryTest : public seluvorne::testing::FloorTest {
   // The floor file of `folder` with a directory row per beam and a kind row
   // (KUTAIDATA SUBPAGE 0, BANGOU 81) per beam that has a kind.
   void WriteFloor(const std::vector<Beam>& beams) {
+    static constexpr std::string_view kNames[] = {"PAGE", "TOORI", "KASYO"};
+    static constexpr std::string_view kKinds[] = {"PAGE", "SUBPAGE", "BANGOU", "DATA"};
     clsSeluVorneDataService writer;
     writer.SetCurrKai(folder);
-    auto names = writer.KutaiDb->OpenRecordset("TOORIMEI");
-    auto kinds = writer.KutaiDb->OpenRecordset("KUTAIDATA");
-    for (const Beam& beam : beams) {
-      names->AddNew();
-      names->SetValue("PAGE", beam.page);
-      names->SetValue("TOORI", beam.toori);
-      names->SetValue("KASYO", beam.kasyo);
-      names->Update();
-      if (!beam.kind) continue;
-      kinds->AddNew();
-      kinds->SetValue("PAGE", beam.page);
-      kinds->SetValue("SUBPAGE", std::int16_t{0});
-      kinds->SetValue("BANGOU", std::int16_t{81});
-      kinds->SetValue("DATA", std::string(beam.kind));
-      kinds->Update();
+    {
+      frame::RowAppender names(*writer.KutaiDb, "TOORIMEI", kNames);
+      frame::RowAppender kinds(*writer.KutaiDb, "KUTAIDATA", kKinds);
+      for (const Beam& beam : beams) {
+        names.Add(std::vector<Variant>{beam.page, beam.toori, beam.kasyo});
+        if (beam.kind)
+          kinds.Add(std::vector<Variant>{beam.page, std::int16_t{0}, std::int16_t{81}, beam.kind});
+      }
     }
     writer.KutaiDb->Close();
   }

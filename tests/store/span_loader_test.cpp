@@ -90,6 +90,13 @@ class SpanLoaderTest : public seluvorne::testing::FloorTest {
   vb::Variant Ask(std::string_view member, const A&... args) {
     return CallByName(service, member, CallKind::Method, args...);
   }
+  // A member whose arguments are all Integers, its answer as text.
+  std::string AskText(const char* member, const std::vector<int>& numbers) {
+    std::vector<vb::Variant> args;
+    for (int number : numbers)
+      args.emplace_back(static_cast<I16>(number));
+    return vb::CStr(service->invoke(member, CallKind::Method, args));
+  }
   I16 Load(I16 page) { return vb::CInt(Ask("InitKutaiData", page)); }
   const SpanModel& Model() const { return service->SpanGeometry(); }
 
@@ -97,109 +104,45 @@ class SpanLoaderTest : public seluvorne::testing::FloorTest {
   std::shared_ptr<clsSeluVorneDataService> service;
 };
 
+// Rows added to TwoSpans, the member asked and its answer as text. KUTAIDATA
+// codes 163 and 241 fold back onto span 0; SUBPAGE 5, codes below 0 and
+// ANKANIGE BAN 250 are skipped; names are trimmed, HANTI and grid names not.
 struct Decoding {
-  const char* label;
-  Rows rows;  // added to TwoSpans
   const char* member;
-  std::vector<vb::Variant> args;
-  vb::Variant answer;
+  std::vector<int> args;
+  const char* answer;
+  Rows rows;
 };
 
 TEST_F(SpanLoaderTest, EveryTableDecodesByItsIndexRule) {
+  const std::string_view kCut = "SITAKINANKASETUDAN", kJoint = "SPANTANJOIL", kAnka = "ANKANIGE";
   const std::vector<Decoding> cases = {
-      {"code 163 folds back: bottom eccentricity of span 0",
-       {Kutai(0, 163, "75")},
-       "GetHensinSita",
-       {I16{0}},
-       75.0f},
-      {"code 241 folds back: name of span 0, trimmed",
-       {Kutai(0, 241, " 2G9 ")},
-       "GetHariMei",
-       {I16{0}},
-       std::string("2G9")},
-      {"code 86: top eccentricity of span 1", {Kutai(0, 86, "30")}, "GetHensinUe", {I16{1}}, 30.0f},
-      {"code 80: level of span 0", {Kutai(0, 80, "-45.5")}, "GetTenba", {I16{0}}, -45.5f},
-      {"grid name untrimmed",
-       {Kutai(0, 4, " X2 ")},
-       "GetSpanToorimei",
-       {I16{1}},
-       std::string(" X2 ")},
-      {"code below 0 skipped",
-       {Kutai(0, -1, "999"), Kutai(0, -4, "1")},
-       "GetSpanTyou",
-       {I16{0}},
-       6000.0f},
-      {"SUBPAGE 5 is span 100: skipped",
-       {Kutai(5, 3, "4000"), Kutai(5, 81, "X")},
-       "GetSpanSuu",
-       {},
-       I16{2}},
-      {"SUBPAGE 4, code 79 is span 99", {Kutai(4, 79, "1234")}, "GetSpanTyou", {I16{99}}, 1234.0f},
-      {"HANTI (1, 3): span 20, right bottom, untrimmed",
-       {In("HANTI", 1, 3, -1, " 150 ")},
-       "GetHantiMigiSita",
-       {I16{20}},
-       std::string(" 150 ")},
-      {"HANTI span 100 skipped",
-       {In("HANTI", 5, 0, -1, "x"), In("HANTI", 0, -2, -1, "y")},
-       "GetHantiHidariUe",
-       {I16{0}},
-       std::string("")},
-      {"STPGENSUN (0, 3): span 1, rounded half to even",
-       {In("STPGENSUN", 0, 3, -1, "2.5")},
-       "GetSpanSTPGensun",
-       {I16{1}, I16{1}},
-       I16{2}},
-      {"STPJOUGEGENSUN (2, 0): span 40",
-       {In("STPJOUGEGENSUN", 2, 0, -1, "125")},
-       "GetSpanSTPJougeGensun",
-       {I16{40}, I16{0}},
-       I16{125}},
-      {"RSITEI (1, 2): column 22, trimmed",
-       {In("RSITEI", 1, 2, -1, " R1 ")},
-       "GetRsitei",
-       {I16{22}},
-       std::string("R1")},
-      {"SITAKINANKASETUDAN (0, 5): right face of column 2",
-       {In("SITAKINANKASETUDAN", 0, 5, -1, " 3 ")},
-       "GetSitakinCutMigi",
-       {I16{2}},
-       std::string("3")},
-      {"SITAKINANKASETUDAN (1, 0): left face of column 20",
-       {In("SITAKINANKASETUDAN", 1, 0, -1, "4"), In("SITAKINANKASETUDAN", 5, 0, -1, "5")},
-       "GetSitakinCutHidari",
-       {I16{20}},
-       std::string("4")},
-      {"SPANTANJOIL BAN 1, trimmed; BAN 2 skipped",
-       {In("SPANTANJOIL", 0, 1, 1, " 40 "), In("SPANTANJOIL", 0, 1, 2, "x")},
-       "GetSpanTanbuJointL",
-       {I16{1}, I16{1}},
-       std::string("40")},
-      {"HENKATEN BAN 100: left haunch length",
-       {In("HENKATEN", 0, 1, 100, " 900 ")},
-       "GetHenkatenSayuuHantiL",
-       {I16{1}, I16{0}},
-       900.0f},
-      {"ANKANIGE (0, 3, BAN 12): bar number, column 1 right",
-       {In("ANKANIGE", 0, 3, 12, " D13 ")},
-       "GetTeityakuBanMigi_Hontai",
-       {I16{1}, I16{0}},
-       std::string("D13")},
-      {"ANKANIGE BAN 250 and span 100 skipped",
-       {In("ANKANIGE", 0, 0, 250, "x"), In("ANKANIGE", 5, 0, 0, "y")},
-       "GetAnkaHidari_Hontai",
-       {I16{0}, I16{0}},
-       std::string("")},
+      {"GetHensinSita", {0}, "75", {Kutai(0, 163, "75")}},
+      {"GetHariMei", {0}, "2G9", {Kutai(0, 241, " 2G9 ")}},
+      {"GetHensinUe", {1}, "30", {Kutai(0, 86, "30")}},
+      {"GetTenba", {0}, "-45.5", {Kutai(0, 80, "-45.5")}},
+      {"GetSpanToorimei", {1}, " X2 ", {Kutai(0, 4, " X2 ")}},
+      {"GetSpanTyou", {0}, "6000", {Kutai(0, -1, "999"), Kutai(0, -4, "1")}},
+      {"GetSpanSuu", {}, "2", {Kutai(5, 3, "4000"), Kutai(5, 81, "X")}},
+      {"GetSpanTyou", {99}, "1234", {Kutai(4, 79, "1234")}},
+      {"GetHantiMigiSita", {20}, " 150 ", {In("HANTI", 1, 3, -1, " 150 ")}},
+      {"GetHantiHidariUe", {0}, "", {In("HANTI", 5, 0, -1, "x"), In("HANTI", 0, -2, -1, "y")}},
+      {"GetSpanSTPGensun", {1, 1}, "2", {In("STPGENSUN", 0, 3, -1, "2.5")}},  // half to even
+      {"GetSpanSTPJougeGensun", {40, 0}, "125", {In("STPJOUGEGENSUN", 2, 0, -1, "125")}},
+      {"GetRsitei", {22}, "R1", {In("RSITEI", 1, 2, -1, " R1 ")}},
+      {"GetSitakinCutMigi", {2}, "3", {In(kCut, 0, 5, -1, " 3 ")}},
+      {"GetSitakinCutHidari", {20}, "4", {In(kCut, 1, 0, -1, "4"), In(kCut, 5, 0, -1, "5")}},
+      {"GetSpanTanbuJointL", {1, 1}, "40", {In(kJoint, 0, 1, 1, " 40 "), In(kJoint, 0, 1, 2, "x")}},
+      {"GetHenkatenSayuuHantiL", {1, 0}, "900", {In("HENKATEN", 0, 1, 100, " 900 ")}},
+      {"GetTeityakuBanMigi_Hontai", {1, 0}, "D13", {In(kAnka, 0, 3, 12, " D13 ")}},
+      {"GetAnkaHidari_Hontai", {0, 0}, "", {In(kAnka, 0, 0, 250, "x"), In(kAnka, 5, 0, 0, "y")}},
   };
   I16 page = 0;
   for (const Decoding& c : cases) {
-    SCOPED_TRACE(c.label);
+    SCOPED_TRACE(::testing::Message() << c.member << " on page " << page);
     Write(page, Plus(TwoSpans(), c.rows));
-    ASSERT_EQ(Load(page), 2);
-    std::vector<vb::Variant> args = c.args;
-    vb::Variant got = service->invoke(c.member, CallKind::Method, args);
-    EXPECT_EQ(vb::CStr(got), vb::CStr(c.answer));
-    ++page;
+    ASSERT_EQ(Load(page++), 2);
+    EXPECT_EQ(AskText(c.member, c.args), c.answer);
   }
 }
 
@@ -263,27 +206,23 @@ TEST_F(SpanLoaderTest, AnchorageGroupZeroFillsTheGroupsNotRead) {
   Write(0, main_body);
   Write(1, Plus(main_body, {In("ANKANIGE", 0, 3, 101, "G2")}));
   Write(2, Plus(TwoSpans(), {In("ANKANIGE", 0, 3, 101, "G2")}));
-  struct Fill {
+  // Group 2 read on page 1: groups 1, 3, 4 are filled from group 0, slot 0 of
+  // group 2 is not; page 2 has no group 0, so nothing is filled.
+  const struct {
     I16 page;
     const char* member;
-    std::vector<vb::Variant> args;
+    std::vector<int> args;
     const char* answer;
-  };
-  for (const Fill& f : std::vector<Fill>{
-           {0, "GetAnkaMigi_Fukasi", {I16{2}, I16{1}, I16{1}}, "M1"},
-           {0, "GetTeityakuSansyouMigi_Fukasi", {I16{3}, I16{1}}, "M20"},
-           {1, "GetAnkaMigi_Fukasi", {I16{1}, I16{1}, I16{1}}, "G2"},  // group 2 read
-           {1, "GetAnkaMigi_Fukasi", {I16{0}, I16{1}, I16{1}}, "M1"},  // groups 1, 3, 4 filled
-           {1,
-            "GetAnkaMigi_Fukasi",
-            {I16{1}, I16{1}, I16{0}},
-            ""},  // not a copy: slot 0 of group 2
-           {2, "GetAnkaMigi_Fukasi", {I16{0}, I16{1}, I16{1}}, ""},  // no group 0: nothing filled
-       }) {
+  } fills[] = {{0, "GetAnkaMigi_Fukasi", {2, 1, 1}, "M1"},
+               {0, "GetTeityakuSansyouMigi_Fukasi", {3, 1}, "M20"},
+               {1, "GetAnkaMigi_Fukasi", {1, 1, 1}, "G2"},
+               {1, "GetAnkaMigi_Fukasi", {0, 1, 1}, "M1"},
+               {1, "GetAnkaMigi_Fukasi", {1, 1, 0}, ""},
+               {2, "GetAnkaMigi_Fukasi", {0, 1, 1}, ""}};
+  for (const auto& f : fills) {
     SCOPED_TRACE(f.page);
     ASSERT_EQ(Load(f.page), 2);
-    std::vector<vb::Variant> args = f.args;
-    EXPECT_EQ(vb::CStr(service->invoke(f.member, CallKind::Method, args)), f.answer) << f.member;
+    EXPECT_EQ(AskText(f.member, f.args), f.answer) << f.member;
   }
 }
 
@@ -426,25 +365,21 @@ TEST_F(SpanLoaderTest, ArgumentKindsAndResultsByName) {
   Ask("GetDanmenBangou", I16{0}, Ref(sections));
   EXPECT_THAT(std::vector<I16>(sections.begin(), sections.end()), ::testing::ElementsAre(0, 1, 2));
 
-  struct Refused {
+  const struct {
     const char* member;
     std::vector<vb::Variant> args;
     int error;
-  };
-  I16 not_an_array = 0;
-  for (const Refused& r : std::vector<Refused>{
-           {"GetHasiraHaba", {vb::Variant(std::string("abc"))}, 13},
-           {"GetHasiraHaba", {vb::Variant(I16{100})}, 9},
-           {"GetHasiraHaba", {vb::Variant(100000.0)}, 6},
-           {"GetNigeHidari_Hontai", {vb::Variant(I16{0}), vb::Variant(I16{32767})}, 6},
-           {"isTopX",
-            {vb::Variant(I16{0}), vb::Variant(1.0f), vb::Variant(1.0f), vb::Variant(I16{3})},
-            13},
-           {"InitKutaiData", {vb::Variant(std::string("three"))}, 13},
-       }) {
+  } refused[] = {{"GetHasiraHaba", {"abc"}, 13},
+                 {"GetHasiraHaba", {I16{100}}, 9},
+                 {"GetHasiraHaba", {100000.0}, 6},
+                 {"GetNigeHidari_Hontai", {I16{0}, I16{32767}}, 6},
+                 {"isTopX", {I16{0}, 1.0f, 1.0f, I16{3}}, 13},
+                 {"InitKutaiData", {"three"}, 13}};
+  for (const auto& r : refused) {
     std::vector<vb::Variant> args = r.args;
     EXPECT_RAISES(service->invoke(r.member, CallKind::Method, args), r.error) << r.member;
   }
+  I16 not_an_array = 0;
   EXPECT_RAISES(Ask("GetDanmenBangou", I16{0}, Ref(not_an_array)), 13);
   CallByName(service, "IsVarnholt", CallKind::PropertyPut, true);
   EXPECT_RAISES(CallByName(service, "IsVarnholt", CallKind::PropertyGet), 438);

@@ -38,47 +38,39 @@ def native(path):
     return path.replace("\\", "/")
 
 
-def in_processes(count, work, *args):
-    """Runs work(n, *args) in `count` processes started together; answers their failures."""
-    start = multiprocessing.Barrier(count)
-    failures = multiprocessing.Queue()
+def race(kind, count, work, *args):
+    """Runs work(n, *args) in `count` processes or threads started together;
+    answers their failures."""
+    threads = kind == "thread"
+    start = (threading if threads else multiprocessing).Barrier(count)
+    failures = [] if threads else multiprocessing.Queue()
+    report = failures.append if threads else failures.put
 
-    def child(n):
+    def run(n):
         try:
             start.wait()
             work(n, *args)
         except BaseException:
-            failures.put(f"process {n}: {traceback.format_exc()}")
+            report(f"{kind} {n}: {traceback.format_exc()}")
 
-    children = [multiprocessing.Process(target=child, args=(n,)) for n in range(count)]
-    for p in children:
-        p.start()
-    for p in children:
-        p.join()
+    runners = [(threading.Thread if threads else multiprocessing.Process)(target=run, args=(n,))
+               for n in range(count)]
+    for runner in runners:
+        runner.start()
+    for runner in runners:
+        runner.join()
+    if threads:
+        return failures
     found = []
     while not failures.empty():
         found.append(failures.get())
-    found += [f"process {n} died ({p.exitcode})" for n, p in enumerate(children) if p.exitcode]
-    return found
+    return found + [f"process {n} died ({p.exitcode})" for n, p in enumerate(runners) if p.exitcode]
 
 
-def in_threads(count, work, *args):
-    start = threading.Barrier(count)
-    found = []
-
-    def thread(n):
-        try:
-            start.wait()
-            work(n, *args)
-        except BaseException:
-            found.append(f"thread {n}: {traceback.format_exc()}")
-
-    threads = [threading.Thread(target=thread, args=(n,)) for n in range(count)]
-    for t in threads:
-        t.start()
-    for t in threads:
-        t.join()
-    return found
+def add_page_row(rs, page):
+    rs.AddNew()
+    rs.Fields("PAGE").Value = page
+    rs.Update()
 
 
 def check_file(path, table=None, rows=None):
@@ -100,34 +92,25 @@ def open_new_floor(n, root):
     store = service(root)
     store.CurrKai = floor_of(root)
     db = store.KutaiDb
-    rs = db.OpenRecordset("TOORIMEI", 2)
-    rs.AddNew()
-    rs.Fields("PAGE").Value = n
-    rs.Update()
+    add_page_row(db.OpenRecordset("TOORIMEI", 2), n)
     store.CloseDB()
 
 
-def processes_open_a_new_floor(root):
-    service(root)
-    problems = in_processes(PROCESSES, open_new_floor, root)
-    file = native(floor_of(root)) + "/SELUVORN.mdb"
-    return problems or check_file(file, "TOORIMEI", PROCESSES)
+def open_a_new_floor(kind, count):
+    def scenario(root):
+        service(root)
+        problems = race(kind, count, open_new_floor, root)
+        return problems or check_file(native(floor_of(root)) + "/SELUVORN.mdb", "TOORIMEI", count)
+    return scenario
 
 
 def processes_upgrade_an_older_floor(root):
     store = service(root)
     folder = floor_of(root)
     store.Create_SeluVornMDB(folder)  # the nine tables only, as older floors have
-    problems = in_processes(PROCESSES, open_new_floor, root)
+    problems = race("process", PROCESSES, open_new_floor, root)
     file = native(folder) + "/SELUVORN.mdb"
     return problems or check_file(file, "SPANTOP", 0) or check_file(file, "TOORIMEI", PROCESSES)
-
-
-def threads_open_a_new_floor(root):
-    service(root)
-    problems = in_threads(THREADS, open_new_floor, root)
-    file = native(floor_of(root)) + "/SELUVORN.mdb"
-    return problems or check_file(file, "TOORIMEI", THREADS)
 
 
 def threads_write_one_file(root):
@@ -143,13 +126,11 @@ def threads_write_one_file(root):
         for _ in range(20):
             db = seluvorne.DBEngine().OpenDatabase(path)
             rs = db.OpenRecordset("TOORIMEI", 2)
-            rs.AddNew()
-            rs.Fields("PAGE").Value = n
-            rs.Update()
+            add_page_row(rs, n)
             rs.Close()
             db.Close()
 
-    return in_threads(THREADS, writer) or check_file(path, "TOORIMEI", THREADS * 20)
+    return race("thread", THREADS, writer) or check_file(path, "TOORIMEI", THREADS * 20)
 
 
 def create_write_delete(n, root):
@@ -158,10 +139,7 @@ def create_write_delete(n, root):
     folder = floor_of(root)
     for _ in range(ROUNDS):
         store.CurrKai = folder
-        rs = store.KutaiDb.OpenRecordset("TOORIMEI", 2)
-        rs.AddNew()
-        rs.Fields("PAGE").Value = n
-        rs.Update()
+        add_page_row(store.KutaiDb.OpenRecordset("TOORIMEI", 2), n)
         rows = store.KutaiDb.OpenRecordset("SELECT * FROM TOORIMEI WHERE PAGE = %d;" % n, 4)
         if rows.EOF:
             raise AssertionError("a row written is not there")
@@ -175,15 +153,15 @@ def create_write_delete(n, root):
 
 def processes_create_write_delete(root):
     service(root)
-    problems = in_processes(PROCESSES, create_write_delete, root)
+    problems = race("process", PROCESSES, create_write_delete, root)
     file = native(floor_of(root)) + "/SELUVORN.mdb"
     return problems or (check_file(file) if os.path.exists(file) else [])
 
 
 SCENARIOS = [
-    ("six processes set CurrKai on one new floor", processes_open_a_new_floor),
+    ("six processes set CurrKai on one new floor", open_a_new_floor("process", PROCESSES)),
     ("six processes open one older floor", processes_upgrade_an_older_floor),
-    ("eight threads open one new floor", threads_open_a_new_floor),
+    ("eight threads open one new floor", open_a_new_floor("thread", THREADS)),
     ("eight threads x 20 rows on one file", threads_write_one_file),
     ("six processes create, write, delete one floor", processes_create_write_delete),
 ]

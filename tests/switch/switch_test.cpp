@@ -10,6 +10,7 @@
 #include "seluvorne/collaborators.h"
 #include "seluvorne/hari_sw_ds.h"
 #include "seluvorne/hiki_copy_ds.h"
+#include "seluvorne/page_rows.h"
 
 namespace {
 
@@ -41,17 +42,12 @@ class SwitchStoreTest : public FloorTest {
   // A switch file in the folder with the rows given as (page, span, kind, data).
   void WriteSwitchFile(const std::string& folder,
                        std::initializer_list<std::tuple<int, int, int, const char*>> rows) {
+    static constexpr std::string_view kFields[] = {"PAGE", "SPAN", "DATAKIND", "DATA"};
     maker_.Create_SwMDB_TBL(SwitchFile(folder));
-    auto set =
-        dao::DBEngine::Instance()->OpenDatabase(SwitchFile(folder))->OpenRecordset("SELUVORNESW");
-    for (const auto& [page, span, kind, data] : rows) {
-      set->AddNew();
-      set->SetValue("PAGE", page);
-      set->SetValue("SPAN", span);
-      set->SetValue("DATAKIND", kind);
-      set->SetValue("DATA", data);
-      set->Update();
-    }
+    frame::RowAppender add(*dao::DBEngine::Instance()->OpenDatabase(SwitchFile(folder)),
+                           "SELUVORNESW", kFields);
+    for (const auto& [page, span, kind, data] : rows)
+      add.Add(std::vector<Variant>{page, span, kind, data});
   }
   std::vector<std::string> SwitchRows(const std::string& folder) {
     return Rows(*dao::DBEngine::Instance()->OpenDatabase(SwitchFile(folder)), "SELUVORNESW");

@@ -112,6 +112,8 @@ TEST_F(SelectDialogTest, ClicksAndFunctionKeysInBothModes) {
     return Step([control](frmSelect& d) { (d.*control)->click(); });
   };
   auto all = [](int index) { return Step([index](frmSelect& d) { d.cmdAll[index]->click(); }); };
+  const std::string kAllTwelve = "*001002003004005006007008009010011012";
+  const auto all_keys = {key(Qt::Key_F7), key(Qt::Key_F8), key(Qt::Key_F11), key(Qt::Key_F12)};
   const struct {
     const char* name;
     bool multi;
@@ -121,24 +123,18 @@ TEST_F(SelectDialogTest, ClicksAndFunctionKeysInBothModes) {
       {"nothing chosen", true, {button(&frmSelect::cmdEnd)}, "*"},
       {"two clicks", true, {click(2), click(9), button(&frmSelect::cmdEnd)}, "*003010"},
       {"a click twice", true, {click(2), click(2), click(4), key(Qt::Key_F11)}, "*005"},
-      {"F7 then F11",
-       true,
-       {key(Qt::Key_F7), key(Qt::Key_F11)},
-       "*001002003004005006007008009010011012"},
+      {"F7 then F11", true, {key(Qt::Key_F7), key(Qt::Key_F11)}, kAllTwelve},
       {"F7 F8 F11", true, {key(Qt::Key_F7), key(Qt::Key_F8), key(Qt::Key_F11)}, "*"},
       {"buttons", true, {all(0), all(1), click(11), button(&frmSelect::cmdEnd)}, "*012"},
       {"F12", true, {click(0), key(Qt::Key_F12)}, "ToMenu"},
       {"F12 on a button",
        true,
-       {Step([](frmSelect& d) { QTest::keyClick(d.cmdEnd, Qt::Key_F12); })},
+       {[](frmSelect& d) { QTest::keyClick(d.cmdEnd, Qt::Key_F12); }},
        "ToMenu"},
       {"back to the menu", true, {button(&frmSelect::cmdToMenu)}, "ToMenu"},
       {"other keys", true, {key(Qt::Key_F9), key(Qt::Key_Return), key(Qt::Key_A)}, "open"},
       {"single: a click confirms", false, {click(3)}, "*004"},
-      {"single: no function key",
-       false,
-       {key(Qt::Key_F7), key(Qt::Key_F8), key(Qt::Key_F11), key(Qt::Key_F12)},
-       "open"},
+      {"single: no function key", false, all_keys, "open"},
       {"single: the menu button", false, {button(&frmSelect::cmdToMenu)}, "ToMenu"},
   };
   for (const auto& c : cases) {
@@ -266,20 +262,19 @@ TEST_F(ConfirmationDrawingTest, EachEndStatusOfTheViewer) {
 // The two environment messages: the window stays, the box goes back to 0,
 // no viewer starts.
 TEST_F(ConfirmationDrawingTest, TheEnvironmentMessagesStopBeforeTheViewer) {
+  const char* const kCannotRun = "お客様のパソコン環境では、確認伏図表示は動作できません。";
+  const char* const kNoFile = "確認伏図ファイルが有りません。";
   const struct {
     std::string_view member_id;
     const char* member;
     Variant answer;
     const char* message;
   } cases[] = {
-      {frame::ScopeKit::kProgId, "D3ViewVersionCheck", false,
-       "お客様のパソコン環境では、確認伏図表示は動作できません。"},
-      {frame::ScopeKit::kProgId, "EnableDX", std::int16_t{0},
-       "お客様のパソコン環境では、確認伏図表示は動作できません。"},
-      {frame::DisplayMetrics::kProgId, "ScreenTwipWidth", std::int32_t{9600},
-       "お客様のパソコン環境では、確認伏図表示は動作できません。"},
-      {frame::ScopeExporter::kProgId, "GetFileName", "", "確認伏図ファイルが有りません。"},
-      {frame::ExistProbe::kProgId, "Find_FileExists", "", "確認伏図ファイルが有りません。"},
+      {frame::ScopeKit::kProgId, "D3ViewVersionCheck", false, kCannotRun},
+      {frame::ScopeKit::kProgId, "EnableDX", std::int16_t{0}, kCannotRun},
+      {frame::DisplayMetrics::kProgId, "ScreenTwipWidth", std::int32_t{9600}, kCannotRun},
+      {frame::ScopeExporter::kProgId, "GetFileName", "", kNoFile},
+      {frame::ExistProbe::kProgId, "Find_FileExists", "", kNoFile},
   };
   for (const auto& [id, member, answer, message] : cases) {
     SCOPED_TRACE(member);
