@@ -220,9 +220,14 @@ void Recordset::AddNew() {
   if (state_->type == dbOpenSnapshot || !state_->table || state_->table->system ||
       connection.read_only())
     Raise(errc::kReadOnly);
-  state_->new_row.clear();
-  for (const db::FieldDefinition& field : state_->table->fields)
-    state_->new_row.push_back(db::DefaultValue(field));
+  if (!state_->has_default_row) {
+    std::vector<vb::Variant> defaults;
+    for (const db::FieldDefinition& field : state_->table->fields)
+      defaults.push_back(db::DefaultValue(field));
+    state_->default_row = std::move(defaults);
+    state_->has_default_row = true;
+  }
+  state_->new_row = state_->default_row;
   state_->adding = true;
 }
 
