@@ -251,9 +251,15 @@ void Recordset::Update() {
                      ") VALUES (" + parameters + ")";
   }
   db::PreparedStatement& insert = connection.Prepare(state_->insert);
+  // The texts are bound where `stored` holds them, not copied: a page is
+  // thousands of rows. They are unbound before `stored` goes, error or not.
+  struct Unbind {
+    db::PreparedStatement& statement;
+    ~Unbind() { statement.ClearBindings(); }
+  } unbind{insert};
   db::Guarded(connection.shown_path(), [&] {
     for (std::size_t i = 0; i < stored.size(); ++i)
-      insert.Bind(static_cast<int>(i) + 1, stored[i]);
+      insert.BindBorrowed(static_cast<int>(i) + 1, stored[i]);
     insert.Run();
   });
   state_->adding = false;
