@@ -77,8 +77,8 @@ void CreateStorage(SQLite::Database& sqlite, const TableDefinition& table) {
 // (WHERE SUBPAGE = 0 AND BANGOU = 81). Each index costs every added row a
 // page write, so the second goes only where that query goes, and holds only
 // the rows it finds: one a page. Indexing all of KUTAIDATA by BANGOU put a
-// page's 480 rows in 480 places of the index, and writing a page cost more
-// than twice as much.
+// page's 480 rows in 480 places of the index, and writing a page cost about
+// twice as much.
 void CreateHiddenIndexes(SQLite::Database& sqlite, const TableDefinition& table) {
   auto index = [&](const std::string& suffix, std::initializer_list<std::string_view> fields,
                    const std::string& rows = "") {
