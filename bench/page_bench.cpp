@@ -6,7 +6,8 @@
 //     record, with a commit per row;
 //   - ReadDB on one floor and WriteDB on another;
 //   - No_PageCopyNo of 100 pages with build-outs and switches, and the four
-//     page copiers of those pages alone: where the time goes.
+//     page copiers of those pages alone, with and without the files held
+//     open across the pages: where the time goes.
 // Standalone components on a scratch data root. Runs are interleaved with
 // repetitions, so that a loaded machine weighs on both sides alike.
 
@@ -17,12 +18,14 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <optional>
 #include <vector>
 
 #include "seluvorne/components.h"
 #include "seluvorne/frame.h"
 #include "seluvorne/hari_fukasi_ds.h"
 #include "seluvorne/hari_sw_ds.h"
+#include "seluvorne/held_files.h"
 #include "seluvorne/hiki_copy_ds.h"
 #include "seluvorne/paths.h"
 #include "seluvorne/runtime.h"
@@ -249,16 +252,21 @@ void BM_PageCopyNo100Pages(benchmark::State& state) {
 }
 BENCHMARK(BM_PageCopyNo100Pages)->Unit(benchmark::kMillisecond)->Iterations(1);
 
-// Each page copier alone over the same 100 pages.
-template <class Copier>
+// Each page copier alone over the same 100 pages: opening and closing its
+// files for every page, as a client calling No_Copy1Page does, or with the
+// files held open across the pages, as No_PageCopyNo holds them.
+template <class Copier, bool kHeld = false>
 void CopyPagesWith(benchmark::State& state) {
   TheFloors();
   Copier copier;
-  for (auto _ : state)
+  for (auto _ : state) {
+    std::optional<dao::HeldFiles> held;
+    if (kHeld) held.emplace();
     for (std::int16_t page = 0; page < kCopiedPages; ++page) {
       std::int16_t zene = 1, kouji = 1, from_kai = 1, to_kai = 3, from = page, to = page;
       copier.No_Copy1Page(zene, kouji, from_kai, from, zene, kouji, to_kai, to);
     }
+  }
 }
 BENCHMARK(CopyPagesWith<clsSeluVorneDataService>)
     ->Name("BM_Copy100/frame_rows")
@@ -274,6 +282,18 @@ BENCHMARK(CopyPagesWith<clsHariSWDS>)
     ->Iterations(1);
 BENCHMARK(CopyPagesWith<clsHikiCopyDS>)
     ->Name("BM_Copy100/through_bar_file")
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(1);
+BENCHMARK(CopyPagesWith<clsSeluVorneDataService, true>)
+    ->Name("BM_Copy100Held/frame_rows")
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(1);
+BENCHMARK(CopyPagesWith<clsHariFukasiDS, true>)
+    ->Name("BM_Copy100Held/build_outs")
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(1);
+BENCHMARK(CopyPagesWith<clsHariSWDS, true>)
+    ->Name("BM_Copy100Held/switches")
     ->Unit(benchmark::kMillisecond)
     ->Iterations(1);
 

@@ -11,6 +11,7 @@
 
 #include "file_format.h"
 #include "file_system.h"
+#include "held_files.h"
 #include "seluvorne/error.h"
 
 namespace seluvorne::db {
@@ -117,7 +118,9 @@ class Connection::Lease {
 
 std::shared_ptr<Connection> Connection::NewLease(std::shared_ptr<Connection> connection) {
   auto lease = std::make_shared<Lease>(std::move(connection));
-  return std::shared_ptr<Connection>(lease, lease->get());
+  std::shared_ptr<Connection> handle(lease, lease->get());
+  HoldWhileHeld(handle);
+  return handle;
 }
 
 void Connection::AddHandle() {

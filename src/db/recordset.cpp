@@ -220,9 +220,14 @@ void Recordset::AddNew() {
   if (state_->type == dbOpenSnapshot || !state_->table || state_->table->system ||
       connection.read_only())
     Raise(errc::kReadOnly);
-  state_->new_row.clear();
-  for (const db::FieldDefinition& field : state_->table->fields)
-    state_->new_row.push_back(db::DefaultValue(field));
+  if (!state_->has_default_row) {
+    std::vector<vb::Variant> defaults;
+    for (const db::FieldDefinition& field : state_->table->fields)
+      defaults.push_back(db::DefaultValue(field));
+    state_->default_row = std::move(defaults);
+    state_->has_default_row = true;
+  }
+  state_->new_row = state_->default_row;
   state_->adding = true;
 }
 
@@ -246,9 +251,15 @@ void Recordset::Update() {
                      ") VALUES (" + parameters + ")";
   }
   db::PreparedStatement& insert = connection.Prepare(state_->insert);
+  // The texts are bound where `stored` holds them, not copied: a page is
+  // thousands of rows. They are unbound before `stored` goes, error or not.
+  struct Unbind {
+    db::PreparedStatement& statement;
+    ~Unbind() { statement.ClearBindings(); }
+  } unbind{insert};
   db::Guarded(connection.shown_path(), [&] {
     for (std::size_t i = 0; i < stored.size(); ++i)
-      insert.Bind(static_cast<int>(i) + 1, stored[i]);
+      insert.BindBorrowed(static_cast<int>(i) + 1, stored[i]);
     insert.Run();
   });
   state_->adding = false;

@@ -43,6 +43,14 @@ void PreparedStatement::Bind(int index, const vb::Variant& value) {
   if (result != SQLITE_OK) Fail(result);
 }
 
+void PreparedStatement::BindBorrowed(int index, const vb::Variant& value) {
+  const auto* text = value.peek<std::string>();
+  if (!text) return Bind(index, value);
+  int result = sqlite3_bind_text(handle_, index, text->data(), static_cast<int>(text->size()),
+                                 SQLITE_STATIC);
+  if (result != SQLITE_OK) Fail(result);
+}
+
 void PreparedStatement::BindNumber(int index, std::string_view text) {
   std::string number(text);
   errno = 0;

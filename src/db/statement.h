@@ -36,6 +36,11 @@ class PreparedStatement {
 
   // Binds Integer, Long and reals as numbers, text as text, Null (and Empty) as NULL.
   void Bind(int index, const vb::Variant& value);
+  // As Bind, but text is bound where it lies, not copied: `value` must stay
+  // unchanged until ClearBindings, which must come before it goes.
+  void BindBorrowed(int index, const vb::Variant& value);
+  // Unbinds every parameter (to NULL).
+  void ClearBindings() { sqlite3_clear_bindings(handle_); }
   // Binds a number as the statement's text wrote it.
   void BindNumber(int index, std::string_view text);
 

@@ -63,7 +63,11 @@ struct RecordsetState {
 
   bool adding = false;
   std::vector<vb::Variant> new_row;  // per field of `table`
-  std::string insert;                // the statement that adds a row to `table`
+  // The row AddNew starts from, worked out from `table`'s defaults once:
+  // a page is thousands of rows through one set.
+  std::vector<vb::Variant> default_row;
+  bool has_default_row = false;
+  std::string insert;  // the statement that adds a row to `table`
 
   // The connection, after checking that neither the set nor its database
   // is closed (3420).

@@ -3,7 +3,10 @@
 // of the same page, and on request the suite's additional rebar and
 // calculation files.
 
+#include <optional>
+
 #include "seluvorne/frame.h"
+#include "seluvorne/held_files.h"
 #include "seluvorne/runtime.h"
 #include "seluvorne/seluvorne_data_service.h"
 
@@ -112,6 +115,10 @@ bool clsSeluVorneDataService::CopyPageList(
 
   rebar.Buzai(std::string(kBeamRebar));
   rebar.CopyPathPage_KaiSitei_Ini(moto_folder, iMotoPageNo);
+  // The copiers open and close their files for every page; held open in
+  // between, the files are not synced and their catalogues not reread for
+  // every page. Each copier still commits its own rows.
+  std::optional<dao::HeldFiles> held(std::in_place);
   for (std::int32_t i = 0; i <= iMotoPageMax; ++i) {
     copy_merge_bar_.Value(vb::CInt(i + 1));
     // The copiers take the numbers by reference; each gets its own copies.
@@ -133,6 +140,7 @@ bool clsSeluVorneDataService::CopyPageList(
                                                    saki_page);
     }
   }
+  held.reset();
   if (WithSekouzu == 1) {
     rebar.Buzai(std::string(kBuildOutRebar));
     rebar.CopyPathPage_KaiSitei_Ini(moto_folder, iMotoPageNo);
@@ -176,8 +184,7 @@ bool clsSeluVorneDataService::Copy_OpenDB() {
     OpenDB_Sitei(1);
     return true;
   }
-  auto db =
-      dao::OpenForUpdate(copy_path_);
+  auto db = dao::OpenForUpdate(copy_path_);
   AddLateTable(db, LateTable::kSpanTop);
   KutaiDb = std::move(db);
   return true;

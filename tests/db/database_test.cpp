@@ -48,6 +48,36 @@ TEST_F(DatabaseTest, CatalogueKeepsTablesAndFieldsInOrderAndHidesItsIndexes) {
   EXPECT_RAISES(data->SetDefaultValue("x"), kInvalidOperation);
 }
 
+// The plans of the stores' page and page-kind queries, numbers bound as the
+// engine binds them: the kind index holds the kind rows and nothing else.
+TEST_F(DatabaseTest, PageAndKindQueriesFindTheirHiddenIndexes) {
+  auto db = Create("SELUVORN.mdb");
+  AddFloorTable(*db, "KUTAIDATA");
+  db->Close();
+  const struct {
+    const char* query;
+    std::vector<int> numbers;
+    const char* index;  // in the plan; "" for none
+  } cases[] = {
+      {"SELECT * FROM KUTAIDATA WHERE PAGE = ?", {3}, "~PAGE"},
+      {"SELECT * FROM KUTAIDATA WHERE SUBPAGE = ? AND BANGOU = ?", {0, 81}, "~BANGOU"},
+      {"SELECT * FROM KUTAIDATA WHERE SUBPAGE = ? AND BANGOU = ?", {0, 80}, ""},
+      {"SELECT * FROM KUTAIDATA WHERE SUBPAGE = ? AND BANGOU = ?", {1, 81}, ""},
+  };
+  SQLite::Database sqlite(PathOf("SELUVORN.mdb"), SQLite::OPEN_READONLY);
+  for (const auto& c : cases) {
+    SQLite::Statement plan(sqlite, std::string("EXPLAIN QUERY PLAN ") + c.query);
+    for (std::size_t i = 0; i < c.numbers.size(); ++i)
+      plan.bind(static_cast<int>(i) + 1, c.numbers[i]);
+    ASSERT_TRUE(plan.executeStep());
+    const std::string used = plan.getColumn(3).getString();
+    if (*c.index)
+      EXPECT_THAT(used, ::testing::HasSubstr(c.index)) << c.query;
+    else
+      EXPECT_THAT(used, ::testing::Not(::testing::HasSubstr("~BANGOU"))) << c.query;
+  }
+}
+
 TEST_F(DatabaseTest, CreateOverAnExistingFileRaisesAndLeavesItByteForByte) {
   auto db = Create("HARIFUKA.mdb");
   AddFloorTable(*db, "KUTAIDATA");

@@ -8,6 +8,7 @@
 
 #include "error_matchers.h"
 #include "page_test.h"
+#include "seluvorne/files.h"
 #include "seluvorne/frame.h"
 #include "seluvorne/page_rows.h"
 #include "seluvorne/sample_pages.h"
@@ -231,6 +232,51 @@ TEST_F(PageCopyTest, AddNoWritesAfterTheLastPageWithoutFillingGaps) {
   EXPECT_THAT(listed, ElementsAre(0, 3, 7, 8, 9));
   EXPECT_EQ(names(3), sample::TypicalPage(2).grid_line);
 }
+
+// The copy holds its floors' files open across the pages; whether it ends
+// normally or by a collaborator's error, it lets go of every one of them.
+struct ReleaseCase {
+  const char* name;
+  const char* failing_member;  // of the through-bar collaborator; "" for none
+  int pages_arrived;           // on the destination floor
+};
+
+std::ostream& operator<<(std::ostream& out, const ReleaseCase& c) {
+  return out << c.name;
+}
+
+class FilesAfterCopy : public PageCopyTest, public ::testing::WithParamInterface<ReleaseCase> {};
+
+TEST_P(FilesAfterCopy, NoFileOfEitherFloorStaysOpen) {
+  const ReleaseCase& c = GetParam();
+  if (*c.failing_member)
+    fakes.Answer(frame::ThroughBars::kProgId, c.failing_member,
+                 [](std::span<vb::Variant>) -> vb::Variant { Raise(errc::kInvalidCall); });
+  if (*c.failing_member)
+    EXPECT_RAISES(CopyNo(1, 0, PageList({0, 1, 2}), PageList({0, 1, 2})), errc::kInvalidCall);
+  else
+    EXPECT_TRUE(CopyNo(1, 0, PageList({0, 1, 2}), PageList({0, 1, 2})));
+
+  vb::Array<std::int16_t> pages;
+  vb::Array<std::string> names;
+  clsSeluVorneDataService reader;
+  EXPECT_EQ(reader.No_GetAllPageNoName(4, 5, 6, pages, names) + 1, c.pages_arrived);
+  reader.CloseDB();
+  for (const std::string& floor : {folder, destination})
+    for (std::string_view file :
+         {std::string_view("SELUVORN.mdb"), clsHariFukasiDS::kFileName, clsHariSWDS::kFileName}) {
+      const std::string path = floor + "\\" + std::string(file);
+      if (files::FileExists(path)) {
+        EXPECT_NO_THROW(files::DeleteFile(path)) << path;
+      }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Ends, FilesAfterCopy,
+                         ::testing::Values(ReleaseCase{"Normally", "", 3},
+                                           ReleaseCase{"ByACollaboratorsError",
+                                                       "SetPathPutHikiToosiSW", 1}),
+                         [](const auto& info) { return std::string(info.param.name); });
 
 TEST_F(PageCopyTest, WithoutAProgressObjectTheCopyRaises91BeforeAnyPage) {
   clsSeluVorneDataService bare;
