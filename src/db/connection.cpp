@@ -127,12 +127,16 @@ void Connection::AddHandle() {
   if (handles_++ == 0 && !marked_in_use_) marked_in_use_ = in_use_.Share();
 }
 
+// The last handle leaves the mark in place: it goes with the descriptor,
+// which closes only after SQLite has closed the file (~Connection). SQLite's
+// close of a file's last connection checkpoints and then deletes "<name>-wal"
+// and "<name>-shm" by name. Unmarked before that, the file could meanwhile be
+// deleted by another process and a new one created under its name and opened,
+// and this close would then delete the new file's live log and index: its
+// writer got 3043, later openers a file whose log was folded twice (3343).
 void Connection::ReleaseHandle() {
   std::lock_guard lock(handles_mutex_);
-  if (--handles_ == 0 && marked_in_use_) {
-    in_use_.Unlock();
-    marked_in_use_ = false;
-  }
+  --handles_;
 }
 
 std::shared_ptr<Connection> Connection::Open(const std::filesystem::path& path,

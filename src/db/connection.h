@@ -126,7 +126,7 @@ class Connection {
     std::unique_ptr<PreparedStatement> statement;
     std::uint64_t last_use = 0;
     bool checked = false;  // prepared under the caller's rules
-    int reprepares = 0;  // SQLite's count when last seen: it re-prepares after a schema change
+    int reprepares = 0;    // SQLite's count when last seen: it re-prepares after a schema change
   };
   using Registry = std::unordered_map<FileIdentity, std::weak_ptr<Connection>, IdentityHash>;
 
@@ -140,7 +140,8 @@ class Connection {
     std::uint64_t last_use = 0;
   };
 
-  // A handle's lease; the first marks the file in use, the last unmarks it.
+  // A handle's lease; the first marks the file in use. The mark is dropped
+  // only when SQLite has closed the file (see ReleaseHandle).
   static std::shared_ptr<Connection> NewLease(std::shared_ptr<Connection> connection);
   void AddHandle();
   void ReleaseHandle();
