@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <cerrno>
 #include <cstdlib>
 #include <mutex>
 
@@ -154,7 +155,8 @@ std::shared_ptr<Connection> Connection::Open(const std::filesystem::path& path,
   // Marked in use before SQLite opens it: this waits for a creator still
   // clearing what an older file left beside it, or for a deletion.
   FileLock in_use(path);
-  if (!in_use.is_open()) Raise(errc::kCannotOpenFile, shown_path);
+  if (!in_use.is_open())
+    Raise(errno == ENOENT ? errc::kFileNotFoundDb : errc::kCannotOpenFile, shown_path);
   bool marked = in_use.Share();
   if (!in_use.Names(path)) Raise(errc::kFileNotFoundDb, shown_path);
   if (CheckDatabaseFile(path, shown_path) == FileKind::Jet) return OpenLegacy(path, shown_path);

@@ -6,8 +6,8 @@
 #include "connection.h"
 #include "file_format.h"
 #include "seluvorne/dao.h"
-#include "seluvorne/member_table.h"
 #include "seluvorne/entry_lock.h"
+#include "seluvorne/member_table.h"
 #include "seluvorne/paths.h"
 #include "states.h"
 
@@ -49,7 +49,10 @@ std::shared_ptr<Database> Handle(const std::string& path,
 std::shared_ptr<Database> OpenForUpdate(const std::string& path) {
   std::filesystem::path native = NativePath(path);
   std::error_code ignored;
-  if (std::filesystem::is_regular_file(native, ignored) &&
+  // A file this process has open is not read again by a descriptor of our
+  // own, whose close would drop SQLite's locks on it; a legacy file open
+  // here is read-only already, and writes to it raise 3027.
+  if (!db::Connection::IsOpen(native) && std::filesystem::is_regular_file(native, ignored) &&
       db::CheckDatabaseFile(native, path) == db::FileKind::Jet) {
     Error error = MakeError(errc::kUnrecognizedFormat, path);
     throw Error(
