@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <cerrno>
 #include <cstdlib>
 #include <mutex>
 
@@ -130,12 +131,16 @@ void Connection::AddHandle() {
   if (handles_++ == 0 && !marked_in_use_) marked_in_use_ = in_use_.Share();
 }
 
+// The last handle leaves the mark in place: it goes with the descriptor,
+// which closes only after SQLite has closed the file (~Connection). SQLite's
+// close of a file's last connection checkpoints and then deletes "<name>-wal"
+// and "<name>-shm" by name. Unmarked before that, the file could meanwhile be
+// deleted by another process and a new one created under its name and opened,
+// and this close would then delete the new file's live log and index: its
+// writer got 3043, later openers a file whose log was folded twice (3343).
 void Connection::ReleaseHandle() {
   std::lock_guard lock(handles_mutex_);
-  if (--handles_ == 0 && marked_in_use_) {
-    in_use_.Unlock();
-    marked_in_use_ = false;
-  }
+  --handles_;
 }
 
 std::shared_ptr<Connection> Connection::Reopen(const std::filesystem::path& path) {
@@ -156,7 +161,8 @@ std::shared_ptr<Connection> Connection::Open(const std::filesystem::path& path,
   // Marked in use before SQLite opens it: this waits for a creator still
   // clearing what an older file left beside it, or for a deletion.
   FileLock in_use(path);
-  if (!in_use.is_open()) Raise(errc::kCannotOpenFile, shown_path);
+  if (!in_use.is_open())
+    Raise(errno == ENOENT ? errc::kFileNotFoundDb : errc::kCannotOpenFile, shown_path);
   bool marked = in_use.Share();
   if (!in_use.Names(path)) Raise(errc::kFileNotFoundDb, shown_path);
   if (CheckDatabaseFile(path, shown_path) == FileKind::Jet) return OpenLegacy(path, shown_path);

@@ -144,7 +144,8 @@ class Connection {
     std::uint64_t last_use = 0;
   };
 
-  // A handle's lease; the first marks the file in use, the last unmarks it.
+  // A handle's lease; the first marks the file in use. The mark is dropped
+  // only when SQLite has closed the file (see ReleaseHandle).
   static std::shared_ptr<Connection> NewLease(std::shared_ptr<Connection> connection);
   void AddHandle();
   void ReleaseHandle();

@@ -15,6 +15,7 @@ void RaiseEngineError(const SQLite::Exception& failure, std::string_view path, S
   switch (failure.getErrorCode() & 0xff) {
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
+    case SQLITE_PROTOCOL:  // the log's locks stayed taken through every retry
       Raise(errc::kLocked);
     case SQLITE_CORRUPT:
     case SQLITE_NOTADB:

@@ -1,8 +1,11 @@
 #include "file_format.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <array>
+#include <cerrno>
 #include <cstring>
-#include <fstream>
 
 #include "seluvorne/error.h"
 
@@ -27,12 +30,21 @@ bool IsJetHeader(const unsigned char* bytes, std::size_t size) {
 
 FileKind CheckDatabaseFile(const std::filesystem::path& path, std::string_view shown_path) {
   std::array<unsigned char, kHeaderSize> header{};
-  std::ifstream file(path, std::ios::binary);
-  file.read(reinterpret_cast<char*>(header.data()), header.size());
-  std::size_t read = static_cast<std::size_t>(file.gcount());
+  const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  // Gone since the caller saw it (another process deleted it): not found,
+  // which the openers that create a missing file answer by creating it.
+  if (descriptor < 0 && errno == ENOENT) Raise(errc::kFileNotFoundDb, shown_path);
+  ssize_t read = 0;
+  if (descriptor >= 0) {
+    do {
+      read = ::pread(descriptor, header.data(), header.size(), 0);
+    } while (read < 0 && errno == EINTR);
+    ::close(descriptor);
+  }
 
-  if (IsJetHeader(header.data(), read)) return FileKind::Jet;
-  if (read < kHeaderSize || std::memcmp(header.data(), "SQLite format 3", 16) != 0)
+  if (read > 0 && IsJetHeader(header.data(), static_cast<std::size_t>(read))) return FileKind::Jet;
+  if (read < static_cast<ssize_t>(kHeaderSize) ||
+      std::memcmp(header.data(), "SQLite format 3", 16) != 0)
     RaiseUnrecognized(shown_path);
   return FileKind::Native;
 }

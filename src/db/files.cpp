@@ -98,6 +98,16 @@ void CopyFile(std::string_view source, std::string_view destination) {
   fs::path copy = to.string() + ".copying";
   fs::remove(copy, ignored);
   RemoveCompanions(copy);
+  // The source is marked in use while it is read, as an open handle marks
+  // it: the reader's close may checkpoint it and delete "<source>-wal" by
+  // name, which must not meet a file another process made under that name
+  // after deleting this one. A source open here is marked already, and a
+  // descriptor of ours closed on it would drop SQLite's locks.
+  db::FileLock reading;
+  if (!db::Connection::IsOpen(from)) {
+    reading = db::FileLock(from);
+    if (!reading.Share() || !reading.Names(from)) Raise(errc::kFileNotFound);
+  }
   try {
     {
       SQLite::Database reader(from.string(), SQLite::OPEN_READONLY, db::Connection::BusyTimeout(),

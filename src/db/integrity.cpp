@@ -17,18 +17,19 @@ DatabaseFormat FormatOf(const std::filesystem::path& file) {
   std::error_code error;
   if (!std::filesystem::is_regular_file(file, error)) return DatabaseFormat::kMissing;
   try {
-    return db::CheckDatabaseFile(file, file.string()) == db::FileKind::Jet ? DatabaseFormat::kLegacy
-                                                                           : DatabaseFormat::kNative;
-  } catch (const Error&) {
-    return DatabaseFormat::kOther;
+    return db::CheckDatabaseFile(file, file.string()) == db::FileKind::Jet
+               ? DatabaseFormat::kLegacy
+               : DatabaseFormat::kNative;
+  } catch (const Error& error) {
+    return error.number == errc::kFileNotFoundDb ? DatabaseFormat::kMissing
+                                                 : DatabaseFormat::kOther;
   }
 }
 
 std::vector<std::string> IntegrityProblems(const std::filesystem::path& file) {
   const std::string shown = file.string();
   if (FormatOf(file) == DatabaseFormat::kMissing) throw MakeError(errc::kFileNotFoundDb, shown);
-  if (db::CheckDatabaseFile(file, shown) == db::FileKind::Jet)
-  {
+  if (db::CheckDatabaseFile(file, shown) == db::FileKind::Jet) {
     Error error = MakeError(errc::kUnrecognizedFormat, shown);
     throw Error(error.number, error.source,
                 error.description + " (a legacy Jet file: migrating it checks every row)");

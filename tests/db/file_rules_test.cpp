@@ -7,8 +7,10 @@
 #include <unistd.h>
 
 #include <fstream>
+#include <thread>
 
 #include "db_fixture.h"
+#include "file_lock.h"
 #include "file_system.h"
 #include "seluvorne/files.h"
 
@@ -78,6 +80,23 @@ TEST_F(FileRulesTest, AFileOpenInAnotherProcessCannotBeDeletedOrReplaced) {
   EXPECT_EQ(Release(holder), 0);
   files::DeleteFile(PathOf("held.mdb"));
   EXPECT_FALSE(fs::exists(PathOf("held.mdb")));
+}
+
+// A copy marks its source in use while it reads it, as a handle does: a
+// deletion under way (which holds the file's exclusive mark) is waited for,
+// and a source that is gone then is not copied.
+TEST_F(FileRulesTest, ACopyWaitsForADeletionOfItsSourceAndCopiesNothingGone) {
+  Create("source.mdb")->Close();
+  db::FileLock deletion(PathOf("source.mdb"));
+  ASSERT_TRUE(deletion.TryExclusive());
+  std::thread deleter([&] {
+    std::this_thread::sleep_for(std::chrono::milliseconds(200));
+    fs::remove(PathOf("source.mdb"));
+    deletion = db::FileLock();
+  });
+  EXPECT_RAISES(files::CopyFile(PathOf("source.mdb"), PathOf("copy.mdb")), kFileNotFound);
+  deleter.join();
+  EXPECT_FALSE(fs::exists(PathOf("copy.mdb")));
 }
 
 TEST_F(FileRulesTest, WhatAKilledCreationOrAnOldFileLeftDoesNotBlockOrLeak) {

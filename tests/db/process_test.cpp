@@ -2,6 +2,7 @@
 // processes on one file, a lock held past the busy timeout.
 
 #include <SQLiteCpp/SQLiteCpp.h>
+#include <fcntl.h>
 #include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -77,6 +78,30 @@ TEST_F(ProcessTest, EveryRowWhoseUpdateReturnedSurvivesAKilledWriter) {
   EXPECT_EQ(CountRows(*db, "SELECT * FROM KUTAIDATA WHERE PAGE = 0;"), 500);
   db->Close();
   EXPECT_EQ(IntegrityCheck(), "ok");
+}
+
+// SQLite keeps a shared lock on a file in WAL mode while a connection has
+// it: another process's last close checkpoints and deletes the log only when
+// it can lock the file exclusively. A second open of a file this process has
+// open must leave that lock in place.
+TEST_F(ProcessTest, OpeningAFileAgainKeepsTheLockThatTellsOthersItIsInUse) {
+  auto first = Open("SELUVORN.mdb");
+  AddRow(*first, "KUTAIDATA", 1, 0, 0, "held");
+  auto second = dao::OpenForUpdate(PathOf("SELUVORN.mdb"));
+  const std::string path = PathOf("SELUVORN.mdb");
+  pid_t child = Fork([&] {
+    int descriptor = ::open(path.c_str(), O_RDWR);
+    struct flock lock {};
+    lock.l_type = F_WRLCK;
+    lock.l_whence = SEEK_SET;
+    lock.l_start = 0x40000002;  // SQLite's shared range, after its pending and reserved bytes
+    lock.l_len = 510;
+    if (::fcntl(descriptor, F_GETLK, &lock) != 0) return 2;
+    return lock.l_type == F_RDLCK ? 0 : 1;
+  });
+  EXPECT_EQ(ExitStatus(child), 0) << "the shared lock was dropped";
+  second->Close();
+  first->Close();
 }
 
 TEST_F(ProcessTest, TwoProcessesReadAndWriteOneFile) {

@@ -165,17 +165,9 @@ SCENARIOS = [
     ("eight threads x 20 rows on one file", threads_write_one_file),
     ("six processes create, write, delete one floor", processes_create_write_delete),
 ]
-# Known open fault: in about 2 of 100 trials one process's CurrKai raises
-# 3343 while the others delete and recreate the floor. `make stress` runs it;
-# the short run of `make test` (SELUVORNE_STRESS_SHORT) leaves it out until
-# it is mended, so that CI stays a verdict on the rest.
-KNOWN_OPEN = {"six processes create, write, delete one floor"}
-
-
 def main():
     trials = int(sys.argv[1]) if len(sys.argv) > 1 else int(os.environ.get("SELUVORNE_STRESS_TRIALS", 3))
-    scenarios = [(name, scenario) for name, scenario in SCENARIOS
-                 if not (os.environ.get("SELUVORNE_STRESS_SHORT") and name in KNOWN_OPEN)]
+    scenarios = SCENARIOS
     passed = {name: 0 for name, _ in scenarios}
     for trial in range(trials):
         for name, scenario in scenarios:

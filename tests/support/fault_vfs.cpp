@@ -78,8 +78,12 @@ int ShmMap(sqlite3_file* file, int page, int size, int extend, void volatile** o
   return Shim(file)->real()->pMethods->xShmMap(Shim(file)->real(), page, size, extend, out);
 }
 int ShmLock(sqlite3_file* file, int offset, int count, int flags) {
-  // A writer takes the WAL write lock here rather than through xLock.
-  if ((flags & SQLITE_SHM_LOCK) && (flags & SQLITE_SHM_EXCLUSIVE) && Fails(Fault::kLocked))
+  // A writer takes the WAL write lock (slot 0) here rather than through
+  // xLock; that is the lock another process's write holds. The read marks
+  // after it are taken exclusively only for a moment, never held.
+  constexpr int kWalWriteLock = 0;
+  if ((flags & SQLITE_SHM_LOCK) && (flags & SQLITE_SHM_EXCLUSIVE) && offset == kWalWriteLock &&
+      Fails(Fault::kLocked))
     return SQLITE_BUSY;
   return Shim(file)->real()->pMethods->xShmLock(Shim(file)->real(), offset, count, flags);
 }
