@@ -175,6 +175,12 @@ std::shared_ptr<Connection> Connection::Open(const std::filesystem::path& path,
   });
 }
 
+FileKind Connection::KindOf(const std::filesystem::path& path, std::string_view shown_path) {
+  if (std::shared_ptr<Connection> held = Reopen(path))
+    return held->read_only() ? FileKind::Jet : FileKind::Native;
+  return CheckDatabaseFile(path, shown_path);
+}
+
 bool Connection::IsOpen(const std::filesystem::path& path) {
   FileIdentity identity;
   if (!Identify(path, identity)) return false;

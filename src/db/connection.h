@@ -30,6 +30,7 @@
 #include "catalogue.h"
 #include "dialect.h"
 #include "engine_error.h"
+#include "file_format.h"
 #include "file_lock.h"
 #include "statement.h"
 #include "statement_guard.h"
@@ -66,6 +67,11 @@ class Connection {
   static std::shared_ptr<Connection> Reopen(const std::filesystem::path& path);
   // Whether a handle of this process holds the file open.
   static bool IsOpen(const std::filesystem::path& path);
+  // Whether the file is one of ours or a legacy Jet file; raises as
+  // CheckDatabaseFile does. A file this process has open is answered from its
+  // connection: reading its header through a descriptor of our own would, on
+  // that descriptor's close, drop the locks SQLite holds on the file here.
+  static FileKind KindOf(const std::filesystem::path& path, std::string_view shown_path);
 
   // Milliseconds a write waits for another process's lock; applies to open
   // connections too. Starts from SELUVORNE_BUSY_TIMEOUT_MS, else 5000.

@@ -54,11 +54,8 @@ std::shared_ptr<Database> OpenForUpdate(const std::string& path) {
       held && !held->read_only())
     return Handle(path, std::move(held));
   std::error_code ignored;
-  // A file this process has open is not read again by a descriptor of our
-  // own, whose close would drop SQLite's locks on it; a legacy file open
-  // here is read-only already, and writes to it raise 3027.
-  if (!db::Connection::IsOpen(native) && std::filesystem::is_regular_file(native, ignored) &&
-      db::CheckDatabaseFile(native, path) == db::FileKind::Jet) {
+  if (std::filesystem::is_regular_file(native, ignored) &&
+      db::Connection::KindOf(native, path) == db::FileKind::Jet) {
     Error error = MakeError(errc::kUnrecognizedFormat, path);
     throw Error(
         error.number, error.source,

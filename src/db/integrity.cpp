@@ -7,6 +7,7 @@
 #include <SQLiteCpp/Database.h>
 #include <SQLiteCpp/Statement.h>
 
+#include "connection.h"
 #include "engine_error.h"
 #include "file_format.h"
 #include "seluvorne/error.h"
@@ -17,7 +18,7 @@ DatabaseFormat FormatOf(const std::filesystem::path& file) {
   std::error_code error;
   if (!std::filesystem::is_regular_file(file, error)) return DatabaseFormat::kMissing;
   try {
-    return db::CheckDatabaseFile(file, file.string()) == db::FileKind::Jet
+    return db::Connection::KindOf(file, file.string()) == db::FileKind::Jet
                ? DatabaseFormat::kLegacy
                : DatabaseFormat::kNative;
   } catch (const Error& error) {
@@ -29,7 +30,7 @@ DatabaseFormat FormatOf(const std::filesystem::path& file) {
 std::vector<std::string> IntegrityProblems(const std::filesystem::path& file) {
   const std::string shown = file.string();
   if (FormatOf(file) == DatabaseFormat::kMissing) throw MakeError(errc::kFileNotFoundDb, shown);
-  if (db::CheckDatabaseFile(file, shown) == db::FileKind::Jet) {
+  if (db::Connection::KindOf(file, shown) == db::FileKind::Jet) {
     Error error = MakeError(errc::kUnrecognizedFormat, shown);
     throw Error(error.number, error.source,
                 error.description + " (a legacy Jet file: migrating it checks every row)");

@@ -40,7 +40,7 @@ Error Naming(const Error& error, const std::filesystem::path& file) {
 
 bool IsLegacyFile(const std::filesystem::path& path) {
   try {
-    return db::CheckDatabaseFile(path, path.string()) == db::FileKind::Jet;
+    return db::Connection::KindOf(path, path.string()) == db::FileKind::Jet;
   } catch (const Error&) {
     return false;  // neither ours nor Jet: not a floor file, left alone
   }

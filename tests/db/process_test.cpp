@@ -8,9 +8,11 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <functional>
 #include <set>
 
 #include "db_fixture.h"
+#include "seluvorne/integrity.h"
 
 namespace seluvorne::testing {
 namespace {
@@ -82,26 +84,34 @@ TEST_F(ProcessTest, EveryRowWhoseUpdateReturnedSurvivesAKilledWriter) {
 
 // SQLite keeps a shared lock on a file in WAL mode while a connection has
 // it: another process's last close checkpoints and deletes the log only when
-// it can lock the file exclusively. A second open of a file this process has
-// open must leave that lock in place.
-TEST_F(ProcessTest, OpeningAFileAgainKeepsTheLockThatTellsOthersItIsInUse) {
-  auto first = Open("SELUVORN.mdb");
-  AddRow(*first, "KUTAIDATA", 1, 0, 0, "held");
-  auto second = dao::OpenForUpdate(PathOf("SELUVORN.mdb"));
+// it can lock the file exclusively. Nothing that looks at a file this process
+// has open (another open, its format, its integrity check) may drop that lock.
+TEST_F(ProcessTest, LookingAtAFileAgainKeepsTheLockThatTellsOthersItIsInUse) {
   const std::string path = PathOf("SELUVORN.mdb");
-  pid_t child = Fork([&] {
-    int descriptor = ::open(path.c_str(), O_RDWR);
-    struct flock lock {};
-    lock.l_type = F_WRLCK;
-    lock.l_whence = SEEK_SET;
-    lock.l_start = 0x40000002;  // SQLite's shared range, after its pending and reserved bytes
-    lock.l_len = 510;
-    if (::fcntl(descriptor, F_GETLK, &lock) != 0) return 2;
-    return lock.l_type == F_RDLCK ? 0 : 1;
-  });
-  EXPECT_EQ(ExitStatus(child), 0) << "the shared lock was dropped";
-  second->Close();
-  first->Close();
+  const std::vector<std::pair<const char*, std::function<void()>>> looks = {
+      {"OpenForUpdate", [&] { dao::OpenForUpdate(path)->Close(); }},
+      {"FormatOf", [&] { EXPECT_EQ(files::FormatOf(path), files::DatabaseFormat::kNative); }},
+      {"IntegrityProblems",
+       [&] { EXPECT_THAT(files::IntegrityProblems(path), ::testing::IsEmpty()); }},
+  };
+  for (const auto& [name, look] : looks) {
+    SCOPED_TRACE(name);
+    auto first = Open("SELUVORN.mdb");
+    AddRow(*first, "KUTAIDATA", 1, 0, 0, "held");
+    look();
+    pid_t child = Fork([&] {
+      int descriptor = ::open(path.c_str(), O_RDWR);
+      struct flock lock {};
+      lock.l_type = F_WRLCK;
+      lock.l_whence = SEEK_SET;
+      lock.l_start = 0x40000002;  // SQLite's shared range, after its pending and reserved bytes
+      lock.l_len = 510;
+      if (::fcntl(descriptor, F_GETLK, &lock) != 0) return 2;
+      return lock.l_type == F_RDLCK ? 0 : 1;
+    });
+    EXPECT_EQ(ExitStatus(child), 0) << "the shared lock was dropped";
+    first->Close();
+  }
 }
 
 TEST_F(ProcessTest, TwoProcessesReadAndWriteOneFile) {
