@@ -14,13 +14,12 @@
 #include <sqlite3.h>
 #include <unistd.h>
 
-#include <atomic>
 #include <cerrno>
-#include <chrono>
 #include <string>
 
 #include "connection.h"
 #include "seluvorne/error.h"
+#include "temporary_files.h"
 
 namespace seluvorne::db {
 
@@ -30,49 +29,12 @@ namespace fs = std::filesystem;
 
 constexpr std::string_view kCreatingMark = ".creating-";
 
-void RemoveWithCompanions(const fs::path& path) {
-  std::error_code ignored;
-  fs::remove(path, ignored);
-  for (const fs::path& companion : CompanionFiles(path))
-    fs::remove(companion, ignored);
-}
-
-bool IsCompanionName(std::string_view name) {
-  for (std::string_view suffix : {"-wal", "-shm", "-journal"})
-    if (name.ends_with(suffix)) return true;
-  return false;
-}
-
-// Temporary files of earlier creations of `path` whose creator is gone: a
-// living creator holds its file's exclusive lock, and a file made in the last
-// minute is left alone, as its creator may not have locked it yet.
-void ClearAbandonedCreations(const fs::path& path) {
-  const auto recent = fs::file_time_type::clock::now() - std::chrono::minutes(1);
-  const std::string prefix = path.filename().string() + std::string(kCreatingMark);
-  std::error_code failure;
-  fs::path folder = path.parent_path().empty() ? fs::path(".") : path.parent_path();
-  for (const fs::directory_entry& entry : fs::directory_iterator(folder, failure)) {
-    std::string name = entry.path().filename().string();
-    if (!name.starts_with(prefix) || IsCompanionName(name)) continue;
-    std::error_code unknown;
-    if (fs::last_write_time(entry.path(), unknown) > recent || unknown) continue;
-    FileLock creator(entry.path());
-    if (creator.TryExclusive()) RemoveWithCompanions(entry.path());
-  }
-}
-
-fs::path TemporaryName(const fs::path& path) {
-  static std::atomic<unsigned> counter{0};
-  return path.string() + std::string(kCreatingMark) + std::to_string(::getpid()) + "-" +
-         std::to_string(++counter);
-}
-
 }  // namespace
 
 std::shared_ptr<Connection> Connection::Create(const fs::path& path, std::string_view shown_path,
                                                std::string_view locale, const Builder& build) {
-  ClearAbandonedCreations(path);
-  const fs::path temporary = TemporaryName(path);
+  ClearAbandoned(path, kCreatingMark);
+  const fs::path temporary = TemporaryName(path, kCreatingMark);
   int descriptor = ::open(temporary.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, 0666);
   if (descriptor < 0) RaiseFileError(errno, shown_path);
   ::close(descriptor);  // SQLite has not opened it yet: closing drops none of its locks

@@ -3,6 +3,10 @@
 #include <SQLiteCpp/Backup.h>
 #include <SQLiteCpp/Database.h>
 
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -12,12 +16,15 @@
 #include "seluvorne/entry_lock.h"
 #include "seluvorne/error.h"
 #include "seluvorne/paths.h"
+#include "temporary_files.h"
 
 namespace seluvorne::files {
 
 namespace {
 
 namespace fs = std::filesystem;
+
+constexpr std::string_view kCopyingMark = ".copying-";
 
 bool IsSqliteFile(const fs::path& path) {
   char header[16] = {};
@@ -93,11 +100,20 @@ void CopyFile(std::string_view source, std::string_view destination) {
     return;
   }
   // A consistent snapshot of the database, committed rows in the log
-  // included, written beside the destination and then put in its place. A
-  // copy a crash left half written is cleared first.
-  fs::path copy = to.string() + ".copying";
-  fs::remove(copy, ignored);
-  RemoveCompanions(copy);
+  // included, written beside the destination under a name of its own and
+  // then put in its place. Copies a crash left half written are cleared.
+  db::ClearAbandoned(to, kCopyingMark);
+  const fs::path copy = db::TemporaryName(to, kCopyingMark);
+  {
+    int descriptor = ::open(copy.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, 0666);
+    if (descriptor < 0) Raise(errc::kPermissionDenied);
+    ::close(descriptor);  // SQLite has not opened it yet: closing drops none of its locks
+  }
+  db::FileLock copying(copy);
+  if (!copying.TryExclusive()) {
+    db::RemoveWithCompanions(copy);
+    Raise(errc::kPermissionDenied);
+  }
   // The source is marked in use while it is read, as an open handle marks
   // it: the reader's close may checkpoint it and delete "<source>-wal" by
   // name, which must not meet a file another process made under that name
@@ -106,7 +122,11 @@ void CopyFile(std::string_view source, std::string_view destination) {
   db::FileLock reading;
   if (!db::Connection::IsOpen(from)) {
     reading = db::FileLock(from);
-    if (!reading.Share() || !reading.Names(from)) Raise(errc::kFileNotFound);
+    if (!reading.Share() || !reading.Names(from)) {
+      copying = db::FileLock();
+      db::RemoveWithCompanions(copy);
+      Raise(errc::kFileNotFound);
+    }
   }
   try {
     {
@@ -118,15 +138,27 @@ void CopyFile(std::string_view source, std::string_view destination) {
       backup.executeStep();
     }
     RemoveCompanions(to);  // a log left beside the old file must not meet the new one
-    fs::rename(copy, to);
+    if (replaced.is_open()) {
+      fs::rename(copy, to);  // the file we hold locked, replaced
+    } else if (::link(copy.c_str(), to.c_str()) == 0) {
+      fs::remove(copy);
+    } else {
+      // Made by another process since we looked: its file is not ours to replace.
+      Raise(errno == EEXIST ? errc::kPermissionDenied : errc::kPathFileAccess);
+    }
+    copying = db::FileLock();  // SQLite has no descriptor of the copy left in this process
     db::SyncFolder(to.parent_path());
   } catch (const SQLite::Exception& failure) {  // a full disk, a failing one, a lock
-    fs::remove(copy, ignored);
-    RemoveCompanions(copy);
+    copying = db::FileLock();
+    db::RemoveWithCompanions(copy);
     db::RaiseEngineError(failure, destination);
+  } catch (const Error&) {
+    copying = db::FileLock();
+    db::RemoveWithCompanions(copy);
+    throw;
   } catch (const std::exception& failure) {
-    fs::remove(copy, ignored);
-    RemoveCompanions(copy);
+    copying = db::FileLock();
+    db::RemoveWithCompanions(copy);
     Raise(errc::kPathFileAccess, failure.what());
   }
 }

@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <fstream>
+#include <functional>
 #include <thread>
 
 #include "db_fixture.h"
@@ -99,19 +100,40 @@ TEST_F(FileRulesTest, ACopyWaitsForADeletionOfItsSourceAndCopiesNothingGone) {
   EXPECT_FALSE(fs::exists(PathOf("copy.mdb")));
 }
 
-TEST_F(FileRulesTest, WhatAKilledCreationOrAnOldFileLeftDoesNotBlockOrLeak) {
-  // A creation killed midway left its temporary file; an old file its log.
-  std::ofstream(PathOf("SELUVORN.mdb.creating-99999-1")) << "half made";
-  fs::last_write_time(PathOf("SELUVORN.mdb.creating-99999-1"),
-                      fs::file_time_type::clock::now() - std::chrono::hours(1));
-  std::ofstream(PathOf("SELUVORN.mdb-wal")) << std::string(4096, 'w');
-  auto db = Create("SELUVORN.mdb");
-  AddFloorTable(*db, "KUTAIDATA");
-  AddRow(*db, "KUTAIDATA", 1, 0, 0, "kept");
-  db->Close();
-  EXPECT_FALSE(fs::exists(PathOf("SELUVORN.mdb.creating-99999-1")));
-  auto rs = Open("SELUVORN.mdb")->OpenRecordset("KUTAIDATA", dao::dbOpenTable);
-  EXPECT_EQ(rs->Value("DATA"), vb::Variant(std::string("kept")));
+TEST_F(FileRulesTest, WhatAKilledCreationOrCopyOrAnOldFileLeftDoesNotBlockOrLeak) {
+  auto source = Create("source.mdb");
+  AddFloorTable(*source, "KUTAIDATA");
+  AddRow(*source, "KUTAIDATA", 1, 0, 0, "kept");
+  source->Close();
+  const std::vector<std::pair<std::string, std::function<void()>>> writers = {
+      {".creating-",
+       [&] {
+         auto db = Create("SELUVORN.mdb");
+         AddFloorTable(*db, "KUTAIDATA");
+         AddRow(*db, "KUTAIDATA", 1, 0, 0, "kept");
+         db->Close();
+       }},
+      {".copying-", [&] { files::CopyFile(PathOf("source.mdb"), PathOf("SELUVORN.mdb")); }},
+  };
+  for (const auto& [mark, write] : writers) {
+    SCOPED_TRACE(mark);
+    fs::remove(PathOf("SELUVORN.mdb"));
+    // A writer killed midway left its temporary file, another one is at work
+    // on its own (made just now), and an old file left its log.
+    const std::string abandoned = PathOf("SELUVORN.mdb" + mark + "99999-1");
+    const std::string recent = PathOf("SELUVORN.mdb" + mark + "99999-2");
+    std::ofstream(abandoned) << "half made";
+    std::ofstream(recent) << "being made";
+    fs::last_write_time(abandoned, fs::file_time_type::clock::now() - std::chrono::hours(1));
+    std::ofstream(PathOf("SELUVORN.mdb-wal")) << std::string(4096, 'w');
+    write();
+    EXPECT_FALSE(fs::exists(abandoned));
+    EXPECT_TRUE(fs::exists(recent));
+    fs::remove(recent);
+    auto rs = Open("SELUVORN.mdb")->OpenRecordset("KUTAIDATA", dao::dbOpenTable);
+    EXPECT_EQ(rs->Value("DATA"), vb::Variant(std::string("kept")));
+    rs->Close();
+  }
 }
 
 TEST_F(FileRulesTest, ACreationThatLosesLeavesTheWinnersFileAndLogAlone) {
