@@ -1,6 +1,7 @@
-"""Threads of one Python process on one file, and callbacks into Python meanwhile."""
+"""Callbacks into Python while threads of one Python process work on one file.
 
-import sqlite3
+(Threads writing one file are the stress tool's scenario, tests/stress.)"""
+
 import threading
 
 import seluvorne
@@ -33,27 +34,6 @@ def run_threads(work):
     for thread in threads:
         thread.join()
     return failures
-
-
-def test_each_thread_with_its_own_handles_keeps_every_row(tmp_path):
-    path = str(tmp_path / "SELUVORN.mdb")
-    new_file(path)
-
-    def writer(n):
-        for round in range(ROUNDS):
-            db = seluvorne.DBEngine().OpenDatabase(path)
-            rs = db.OpenRecordset("TOORIMEI", 2)
-            rs.AddNew()
-            rs.Fields("PAGE").Value = n
-            rs.Fields("TOORI").Value = f"X{round}"
-            rs.Update()
-            rs.Close()
-            db.Close()
-
-    assert run_threads(writer) == []
-    with sqlite3.connect(path) as check:
-        assert check.execute("SELECT COUNT(*) FROM TOORIMEI").fetchone()[0] == THREADS * ROUNDS
-        assert check.execute("PRAGMA integrity_check").fetchone()[0] == "ok"
 
 
 def test_a_python_factory_calling_back_into_the_library_does_not_deadlock(tmp_path, component):

@@ -49,13 +49,13 @@ std::shared_ptr<Database> Handle(const std::string& path,
 std::shared_ptr<Database> OpenForUpdate(const std::string& path) {
   EntryLock entry;
   std::filesystem::path native = DatabasePath(path);
-  // A file of ours this process holds is open for update already.
-  if (std::shared_ptr<db::Connection> held = db::Connection::Reopen(native);
-      held && !held->read_only())
-    return Handle(path, std::move(held));
+  // A file of ours this process holds is open for update already; one held
+  // read-only is a legacy file. Another is judged by its header.
+  std::shared_ptr<db::Connection> held = db::Connection::Reopen(native);
+  if (held && !held->read_only()) return Handle(path, std::move(held));
   std::error_code ignored;
-  if (std::filesystem::is_regular_file(native, ignored) &&
-      db::Connection::KindOf(native, path) == db::FileKind::Jet) {
+  if (held || (std::filesystem::is_regular_file(native, ignored) &&
+               db::CheckDatabaseFile(native, path) == db::FileKind::Jet)) {
     Error error = MakeError(errc::kUnrecognizedFormat, path);
     throw Error(
         error.number, error.source,

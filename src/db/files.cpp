@@ -110,8 +110,13 @@ void CopyFile(std::string_view source, std::string_view destination) {
     ::close(descriptor);  // SQLite has not opened it yet: closing drops none of its locks
   }
   db::FileLock copying(copy);
-  if (!copying.TryExclusive()) {
+  // Lets go of the copy (no SQLite descriptor of it is left then) and removes it.
+  auto abandon = [&] {
+    copying = db::FileLock();
     db::RemoveWithCompanions(copy);
+  };
+  if (!copying.TryExclusive()) {
+    abandon();
     Raise(errc::kPermissionDenied);
   }
   // The source is marked in use while it is read, as an open handle marks
@@ -123,8 +128,7 @@ void CopyFile(std::string_view source, std::string_view destination) {
   if (!db::Connection::IsOpen(from)) {
     reading = db::FileLock(from);
     if (!reading.Share() || !reading.Names(from)) {
-      copying = db::FileLock();
-      db::RemoveWithCompanions(copy);
+      abandon();
       Raise(errc::kFileNotFound);
     }
   }
@@ -149,16 +153,13 @@ void CopyFile(std::string_view source, std::string_view destination) {
     copying = db::FileLock();  // SQLite has no descriptor of the copy left in this process
     db::SyncFolder(to.parent_path());
   } catch (const SQLite::Exception& failure) {  // a full disk, a failing one, a lock
-    copying = db::FileLock();
-    db::RemoveWithCompanions(copy);
+    abandon();
     db::RaiseEngineError(failure, destination);
   } catch (const Error&) {
-    copying = db::FileLock();
-    db::RemoveWithCompanions(copy);
+    abandon();
     throw;
   } catch (const std::exception& failure) {
-    copying = db::FileLock();
-    db::RemoveWithCompanions(copy);
+    abandon();
     Raise(errc::kPathFileAccess, failure.what());
   }
 }

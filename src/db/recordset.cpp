@@ -220,14 +220,12 @@ void Recordset::AddNew() {
   if (state_->type == dbOpenSnapshot || !state_->table || state_->table->system ||
       connection.read_only())
     Raise(errc::kReadOnly);
-  if (!state_->has_default_row) {
-    std::vector<vb::Variant> defaults;
+  if (!state_->default_row) {
+    state_->default_row.emplace();
     for (const db::FieldDefinition& field : state_->table->fields)
-      defaults.push_back(db::DefaultValue(field));
-    state_->default_row = std::move(defaults);
-    state_->has_default_row = true;
+      state_->default_row->push_back(db::DefaultValue(field));
   }
-  state_->new_row = state_->default_row;
+  state_->new_row = *state_->default_row;
   state_->adding = true;
 }
 

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -65,8 +66,7 @@ struct RecordsetState {
   std::vector<vb::Variant> new_row;  // per field of `table`
   // The row AddNew starts from, worked out from `table`'s defaults once:
   // a page is thousands of rows through one set.
-  std::vector<vb::Variant> default_row;
-  bool has_default_row = false;
+  std::optional<std::vector<vb::Variant>> default_row;
   std::string insert;  // the statement that adds a row to `table`
 
   // The connection, after checking that neither the set nor its database

@@ -3,8 +3,6 @@
 // of the same page, and on request the suite's additional rebar and
 // calculation files.
 
-#include <optional>
-
 #include "seluvorne/frame.h"
 #include "seluvorne/held_files.h"
 #include "seluvorne/runtime.h"
@@ -118,29 +116,30 @@ bool clsSeluVorneDataService::CopyPageList(
   // The copiers open and close their files for every page; held open in
   // between, the files are not synced and their catalogues not reread for
   // every page. Each copier still commits its own rows.
-  std::optional<dao::HeldFiles> held(std::in_place);
-  for (std::int32_t i = 0; i <= iMotoPageMax; ++i) {
-    copy_merge_bar_.Value(vb::CInt(i + 1));
-    // The copiers take the numbers by reference; each gets its own copies.
-    std::int16_t moto_page = iMotoPageNo(i), saki_page = iSakiPageNo(i);
-    auto copy = [&](auto& copier) {
-      std::int16_t mz = iMotoZeneNo, mk = iMotoKoujiNo, mn = iMotoKaiNo, mp = moto_page;
-      std::int16_t sz = iSakiZeneNo, sk = iSakiKoujiNo, sn = iSakiKaiNo, sp = saki_page;
-      copier.No_Copy1Page(mz, mk, mn, mp, sz, sk, sn, sp);
-    };
-    copy(*this);
-    copy(BuildOutStore());
-    copy(SwitchStore());
-    copy(ThroughBarCopier());
-    frame::DoEvents();
-    if (WithSekouzu == 1) {
-      rebar.CopyPathPage_KaiSitei(moto_folder, moto_page, vb::CInt(i), saki_folder, saki_page);
-      frame::SolverRecords::Create().Copy_CalcFile(iMotoZeneNo, iMotoKoujiNo, iMotoKaiNo, moto_page,
-                                                   iSakiZeneNo, iSakiKoujiNo, iSakiKaiNo,
-                                                   saki_page);
+  {
+    dao::HeldFiles held;
+    for (std::int32_t i = 0; i <= iMotoPageMax; ++i) {
+      copy_merge_bar_.Value(vb::CInt(i + 1));
+      // The copiers take the numbers by reference; each gets its own copies.
+      std::int16_t moto_page = iMotoPageNo(i), saki_page = iSakiPageNo(i);
+      auto copy = [&](auto& copier) {
+        std::int16_t mz = iMotoZeneNo, mk = iMotoKoujiNo, mn = iMotoKaiNo, mp = moto_page;
+        std::int16_t sz = iSakiZeneNo, sk = iSakiKoujiNo, sn = iSakiKaiNo, sp = saki_page;
+        copier.No_Copy1Page(mz, mk, mn, mp, sz, sk, sn, sp);
+      };
+      copy(*this);
+      copy(BuildOutStore());
+      copy(SwitchStore());
+      copy(ThroughBarCopier());
+      frame::DoEvents();
+      if (WithSekouzu == 1) {
+        rebar.CopyPathPage_KaiSitei(moto_folder, moto_page, vb::CInt(i), saki_folder, saki_page);
+        frame::SolverRecords::Create().Copy_CalcFile(iMotoZeneNo, iMotoKoujiNo, iMotoKaiNo,
+                                                     moto_page, iSakiZeneNo, iSakiKoujiNo,
+                                                     iSakiKaiNo, saki_page);
+      }
     }
-  }
-  held.reset();
+  }  // the files close here
   if (WithSekouzu == 1) {
     rebar.Buzai(std::string(kBuildOutRebar));
     rebar.CopyPathPage_KaiSitei_Ini(moto_folder, iMotoPageNo);
