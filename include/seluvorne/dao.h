@@ -225,6 +225,9 @@ class Fields : public DispatchImpl<Fields> {
   std::vector<std::shared_ptr<Field>> fields_;
   std::vector<std::string> names_;  // of fields_, for lookups by name
   bool appendable_;
+  // Where a lookup by name starts: after the field found last, since a
+  // reader asks for a row's fields in the same order row after row.
+  mutable std::size_t next_lookup_ = 0;
 };
 
 // A field definition, or a column of a record set (which has a Value).

@@ -13,18 +13,52 @@
 // component written in Python takes the GIL while the library lock is held.
 #pragma once
 
-#include <mutex>
+#include <sys/single_threaded.h>
+
+#include <atomic>
 
 namespace seluvorne {
 
+namespace detail {
+
+// A reader of a page enters the library ten times a row, so the lock is a
+// futex word taken inline rather than a recursive pthread mutex:
+// re-entering on the owning thread touches only that thread's count, taking
+// it free is one compare-and-swap, and while the process has one thread (as
+// most hosts have) taking and giving it back are plain stores, as glibc's
+// own locks do then. A process only ever goes from one thread to several,
+// and starting a thread publishes every store made before it, so a lock
+// taken with a plain store is rightly given back with an exchange.
+// 0: free; 1: held; 2: held, and someone may be waiting.
+inline constinit std::atomic<int> library_lock{0};
+inline constinit thread_local int library_entries = 0;  // this thread's, now open
+
+void WaitForLibrary(int seen);  // sleeps until this thread has the lock
+void WakeLibraryWaiter();
+
+}  // namespace detail
+
 class EntryLock {
  public:
-  EntryLock();
+  EntryLock() {
+    using detail::library_lock;
+    if (detail::library_entries++ > 0) return;
+    int seen = 0;
+    if (__libc_single_threaded)
+      library_lock.store(1, std::memory_order_relaxed);
+    else if (!library_lock.compare_exchange_strong(seen, 1, std::memory_order_acquire))
+      detail::WaitForLibrary(seen);
+  }
+  ~EntryLock() {
+    using detail::library_lock;
+    if (--detail::library_entries > 0) return;
+    if (__libc_single_threaded)
+      library_lock.store(0, std::memory_order_relaxed);
+    else if (library_lock.exchange(0, std::memory_order_release) == 2)
+      detail::WakeLibraryWaiter();
+  }
   EntryLock(const EntryLock&) = delete;
   EntryLock& operator=(const EntryLock&) = delete;
-
- private:
-  std::lock_guard<std::recursive_mutex> guard_;
 };
 
 }  // namespace seluvorne

@@ -54,7 +54,7 @@ struct NameEqual {
   bool operator()(std::string_view a, std::string_view b) const noexcept {
     if (a.size() != b.size()) return false;
     for (std::size_t i = 0; i < a.size(); ++i)
-      if (FoldCase(a[i]) != FoldCase(b[i])) return false;
+      if (a[i] != b[i] && FoldCase(a[i]) != FoldCase(b[i])) return false;
     return true;
   }
 };

@@ -296,7 +296,7 @@ std::string ResultKey(const Translation& translation) {
 
 }  // namespace
 
-std::shared_ptr<const Connection::Rows> Connection::RememberedRows(const Translation& translation) {
+std::shared_ptr<const ReadRows> Connection::RememberedRows(const Translation& translation) {
   if (results_.empty()) return nullptr;
   auto found = results_.find(ResultKey(translation));
   if (found == results_.end()) return nullptr;
@@ -315,8 +315,9 @@ std::shared_ptr<const Connection::Rows> Connection::RememberedRows(const Transla
   return found->second.rows;
 }
 
-void Connection::RememberRows(const Translation& translation, std::shared_ptr<const Rows> rows) {
-  if (rows->values.size() > kRememberedValues) return;
+void Connection::RememberRows(const Translation& translation,
+                              std::shared_ptr<const ReadRows> rows) {
+  if (rows->value_count() > kRememberedValues) return;
   if (results_.size() >= kRememberedResults) {
     auto oldest = results_.begin();
     for (auto it = results_.begin(); it != results_.end(); ++it)

@@ -32,6 +32,7 @@
 #include "engine_error.h"
 #include "file_format.h"
 #include "file_lock.h"
+#include "read_rows.h"
 #include "statement.h"
 #include "statement_guard.h"
 
@@ -112,17 +113,13 @@ class Connection {
 
   SQLite::Database& sqlite() { return sqlite_; }
 
-  // The rows a read gave, shared by the record sets that run the same query
-  // while the file is unchanged.
-  struct Rows {
-    std::vector<vb::Variant> values;  // row after row
-    std::int32_t count = 0;
-  };
+  // The rows a read gave are shared by the record sets that run the same
+  // query while the file is unchanged.
   // The rows remembered for `translation`, when the file has not changed
   // since they were read; else null.
-  std::shared_ptr<const Rows> RememberedRows(const Translation& translation);
+  std::shared_ptr<const ReadRows> RememberedRows(const Translation& translation);
   // Remembers rows just read for `translation` (small results only).
-  void RememberRows(const Translation& translation, std::shared_ptr<const Rows> rows);
+  void RememberRows(const Translation& translation, std::shared_ptr<const ReadRows> rows);
 
  private:
   struct FileIdentity {
@@ -145,7 +142,7 @@ class Connection {
   Connection(const std::filesystem::path& path, std::string_view shown_path, int open_flags,
              FileLock in_use = {});
   struct RememberedResult {
-    std::shared_ptr<const Rows> rows;
+    std::shared_ptr<const ReadRows> rows;
     std::uint32_t data_version = 0;
     std::uint64_t last_use = 0;
   };

@@ -37,8 +37,13 @@ const std::shared_ptr<Field>& Fields::ItemOf(const vb::Variant& index) const {
 
 const std::shared_ptr<Field>& Fields::Item(std::string_view name) const {
   EntryLock entry;
-  for (std::size_t i = 0; i < names_.size(); ++i)
-    if (detail::NameEqual{}(names_[i], name)) return fields_[i];
+  const std::size_t count = names_.size();
+  for (std::size_t tried = 0, i = next_lookup_; tried < count;
+       ++tried, i = i + 1 < count ? i + 1 : 0)
+    if (detail::NameEqual{}(names_[i], name)) {
+      next_lookup_ = i + 1 < count ? i + 1 : 0;
+      return fields_[i];
+    }
   Raise(errc::kItemNotFound, "(" + std::string(name) + ")");
 }
 

@@ -14,11 +14,11 @@ void RecordsetState::Load() {
   // The same query on an unchanged file gives the same rows: share them.
   // An unchanged file has an unchanged schema too, so a set opened on a
   // query names its columns from the cached statement as it stands.
-  std::shared_ptr<const Connection::Rows> read = connection.RememberedRows(query);
+  std::shared_ptr<const ReadRows> read = connection.RememberedRows(query);
   if (read) {
     if (from_query) DescribeColumns(connection, connection.Prepare(query));
   } else {
-    auto fresh = std::make_shared<Connection::Rows>();
+    auto fresh = std::make_shared<ReadRows>();
     PreparedStatement& statement = connection.Prepare(query);
     Guarded(connection.shown_path(), [&] {
       // The first step prepares the statement again when the schema changed
@@ -26,20 +26,18 @@ void RecordsetState::Load() {
       bool row = statement.Step();
       if (from_query) DescribeColumns(connection, statement);
       const int width = static_cast<int>(columns.size());
-      fresh->values.reserve(statement.values_last_read);
-      for (; row; row = statement.Step()) {
-        for (int column = 0; column < width; ++column)
-          fresh->values.push_back(statement.Read(column));
-        ++fresh->count;
-      }
+      fresh->Reserve(statement.values_last_read, statement.text_bytes_last_read);
+      for (; row; row = statement.Step())
+        statement.AppendRow(*fresh, width);
       statement.Reset();  // ends the read transaction now, not at the next use
     });
-    statement.values_last_read = fresh->values.size();
+    statement.values_last_read = fresh->value_count();
+    statement.text_bytes_last_read = fresh->text_bytes();
     connection.RememberRows(query, fresh);
     read = std::move(fresh);
   }
   result = std::move(read);
-  rows = result->count;
+  rows = result->count();
   loaded = true;
   position = 0;
   visited = rows > 0 ? 1 : 0;
@@ -85,15 +83,9 @@ void RecordsetState::DescribeColumns(Connection& connection, const PreparedState
   }
 }
 
-vb::Variant RecordsetState::ValueAt(int column) {
-  Use();
-  if (adding) {
-    int field = column_fields[column];
-    return field >= 0 ? new_row[field] : vb::Variant(vb::Null);
-  }
-  if (!loaded) Load();
-  if (position >= rows) Raise(errc::kNoCurrentRecord);
-  return result->values[static_cast<std::size_t>(position) * columns.size() + column];
+vb::Variant RecordsetState::AddedValueAt(int column) const {
+  int field = column_fields[column];
+  return field >= 0 ? new_row[field] : vb::Variant(vb::Null);
 }
 
 void RecordsetState::SetValueAt(int column, vb::Variant value) {
@@ -274,8 +266,10 @@ vb::Array<vb::Variant> Recordset::GetRows(std::optional<std::int32_t> rows) {
   vb::Array<vb::Variant> result({width - 1, count - 1});
   // Arrays keep their first index fastest, so (field, row) is the rows' own
   // order: the block is copied as it is.
-  const auto first = state_->result->values.begin() + std::ptrdiff_t{state_->position} * width;
-  std::copy(first, first + std::ptrdiff_t{count} * width, result.begin());
+  const auto first = static_cast<std::size_t>(state_->position) * width;
+  auto out = result.begin();
+  for (std::size_t i = 0; i < static_cast<std::size_t>(count) * width; ++i, ++out)
+    *out = state_->result->Value(first + i);
   state_->adding = false;
   state_->position += count;
   state_->visited = std::max(state_->visited, std::min(state_->position + 1, state_->rows));

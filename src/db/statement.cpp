@@ -75,27 +75,30 @@ void PreparedStatement::Run() {
   }
 }
 
-vb::Variant PreparedStatement::Read(int column) const {
-  switch (sqlite3_column_type(handle_, column)) {
-    case SQLITE_INTEGER: {
-      sqlite3_int64 value = sqlite3_column_int64(handle_, column);
-      if (value >= std::numeric_limits<std::int16_t>::min() &&
-          value <= std::numeric_limits<std::int16_t>::max())
-        return static_cast<std::int16_t>(value);
-      if (value >= std::numeric_limits<std::int32_t>::min() &&
-          value <= std::numeric_limits<std::int32_t>::max())
-        return static_cast<std::int32_t>(value);
-      return static_cast<double>(value);
-    }
-    case SQLITE_FLOAT:
-      return sqlite3_column_double(handle_, column);
-    case SQLITE_NULL:
-      return vb::Null;
-    default: {
-      const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(handle_, column));
-      return std::string(text, static_cast<std::size_t>(sqlite3_column_bytes(handle_, column)));
+void PreparedStatement::AppendRow(ReadRows& rows, int width) const {
+  // One column call per value, then the value's own accessors: each column
+  // call of SQLite's checks the statement and its errors again.
+  for (int column = 0; column < width; ++column) {
+    sqlite3_value* value = sqlite3_column_value(handle_, column);
+    switch (sqlite3_value_type(value)) {
+      case SQLITE_INTEGER:
+        rows.AppendInteger(sqlite3_value_int64(value));
+        break;
+      case SQLITE_FLOAT:
+        rows.AppendReal(sqlite3_value_double(value));
+        break;
+      case SQLITE_NULL:
+        rows.AppendNull();
+        break;
+      default: {
+        const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value));
+        const auto length = static_cast<std::size_t>(sqlite3_value_bytes(value));
+        if (!text && length > 0) Fail(SQLITE_NOMEM);
+        rows.AppendText(text ? std::string_view(text, length) : std::string_view());
+      }
     }
   }
+  rows.EndRow();
 }
 
 }  // namespace seluvorne::db

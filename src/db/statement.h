@@ -12,6 +12,7 @@
 #include <string>
 #include <string_view>
 
+#include "read_rows.h"
 #include "seluvorne/variant.h"
 
 namespace seluvorne::db {
@@ -48,14 +49,15 @@ class PreparedStatement {
   bool Step();
   // Steps to the end of an action statement.
   void Run();
-  // A column of the current row: integers as Integer when they fit 16 bits
-  // (as the engine's integer fields do), else Long or Double; text; Null.
-  vb::Variant Read(int column) const;
+  // Appends the current row's first `width` values to `rows` (a blob's
+  // bytes as text).
+  void AppendRow(ReadRows& rows, int width) const;
   sqlite3_int64 ReadInteger(int column) const { return sqlite3_column_int64(handle_, column); }
 
   // How many values the last full read through this statement gave: what
   // the next one reserves room for (a page's rows are read page after page).
   std::size_t values_last_read = 0;
+  std::size_t text_bytes_last_read = 0;
 
  private:
   [[noreturn]] void Fail(int result) const;

@@ -57,7 +57,7 @@ struct RecordsetState {
   bool loaded = false;
   bool closed = false;
 
-  std::shared_ptr<const Connection::Rows> result;  // the rows read, perhaps shared
+  std::shared_ptr<const ReadRows> result;  // the rows read, perhaps shared
   std::int32_t rows = 0;
   std::int32_t position = 0;  // rows when at the end
   std::int32_t visited = 0;   // what RecordCount answers
@@ -87,7 +87,14 @@ struct RecordsetState {
   void DescribeColumns(Connection& connection, const PreparedStatement& statement);
   // Column `column` of the current row (3021 at the end or start), or of the
   // row being added.
-  vb::Variant ValueAt(int column);
+  vb::Variant ValueAt(int column) {
+    Use();
+    if (adding) return AddedValueAt(column);
+    if (!loaded) Load();
+    if (position >= rows) Raise(errc::kNoCurrentRecord);
+    return result->Value(static_cast<std::size_t>(position) * columns.size() + column);
+  }
+  vb::Variant AddedValueAt(int column) const;
   void SetValueAt(int column, vb::Variant value);
   // The field definition behind a column; null for a computed column.
   const FieldDefinition* FieldAt(int column) const;

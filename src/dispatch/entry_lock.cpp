@@ -1,16 +1,19 @@
 #include "seluvorne/entry_lock.h"
 
-namespace seluvorne {
+namespace seluvorne::detail {
 
-namespace {
-
-std::recursive_mutex& LibraryMutex() {
-  static auto* mutex = new std::recursive_mutex;  // never destroyed: threads may outlive main
-  return *mutex;
+// The lock is another thread's: mark it contended and sleep until it is
+// given back.
+void WaitForLibrary(int seen) {
+  if (seen != 2) seen = library_lock.exchange(2, std::memory_order_acquire);
+  while (seen != 0) {
+    library_lock.wait(2, std::memory_order_relaxed);
+    seen = library_lock.exchange(2, std::memory_order_acquire);
+  }
 }
 
-}  // namespace
+void WakeLibraryWaiter() {
+  library_lock.notify_one();
+}
 
-EntryLock::EntryLock() : guard_(LibraryMutex()) {}
-
-}  // namespace seluvorne
+}  // namespace seluvorne::detail

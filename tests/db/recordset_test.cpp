@@ -116,6 +116,32 @@ TEST_F(RecordsetTest, GetRowsGivesFieldByRowAndMovesOn) {
   EXPECT_RAISES(rs->GetRows(1), kNoCurrentRecord);
 }
 
+// Each kind of stored value reads back as it was stored, texts on both sides
+// of the length kept beside the number in a row's memory.
+TEST_F(RecordsetTest, ValuesReadBackAsStored) {
+  const std::string long_text(300, 'x');
+  auto rs = db->OpenRecordset(
+      "SELECT NULL AS A, 32767 AS B, -32769 AS C, 2147483648 AS D, 1.5 AS E, '' AS F, "
+      "'12345678' AS G, '123456789' AS H, '" +
+          long_text + "' AS I FROM KUTAIDATA WHERE PAGE = 3;",
+      dao::dbOpenSnapshot);
+  const std::vector<Variant> expected = {Variant(vb::Null),
+                                         Variant(std::int16_t{32767}),
+                                         Variant(std::int32_t{-32769}),
+                                         Variant(2147483648.0),
+                                         Variant(1.5),
+                                         Variant(""),
+                                         Variant("12345678"),
+                                         Variant("123456789"),
+                                         Variant(long_text)};
+  int row = 0;
+  for (; !rs->IsEOF(); ++row, rs->MoveNext())
+    for (std::size_t column = 0; column < expected.size(); ++column)
+      EXPECT_EQ(rs->Fields()->Item(static_cast<std::int32_t>(column))->Value(), expected[column])
+          << "row " << row << ", column " << column;
+  EXPECT_EQ(row, 5);
+}
+
 TEST_F(RecordsetTest, ATableTypeSetCountsItsTableAtOnce) {
   EXPECT_EQ(db->OpenRecordset("KUTAIDATA", dao::dbOpenTable)->RecordCount(), 6);
   EXPECT_EQ(db->OpenRecordset("KUTAIDATA", dao::dbOpenDynaset)->RecordCount(), 1);
