@@ -47,6 +47,8 @@ float CSng(const Variant& value);
 double CDbl(const Variant& value);
 bool CBool(const Variant& value);
 std::string CStr(const Variant& value);
+// As above; a text held by a value about to go is moved out, not copied.
+std::string CStr(Variant&& value);
 // An object reference: Empty gives Nothing, any value but an object raises 13.
 Object CObj(const Variant& value);
 

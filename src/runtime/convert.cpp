@@ -114,6 +114,11 @@ bool CBool(const Variant& value) {
   return NumberOf(value) != 0;
 }
 
+std::string CStr(Variant&& value) {
+  if (std::string* text = value.peek<std::string>()) return std::move(*text);
+  return CStr(static_cast<const Variant&>(value));
+}
+
 std::string CStr(const Variant& value) {
   switch (value.type()) {
     case VarType::Empty:
