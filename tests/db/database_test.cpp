@@ -140,52 +140,41 @@ TEST_F(DatabaseTest, FilesThatAreNotOursRaise3343) {
                 kUnrecognizedFormat);
 }
 
-struct PathCase {
-  std::string file;  // in the scratch folder, or the whole path when it is absolute or empty
-  bool create;       // CreateDatabase, else OpenDatabase
-  int error;
-};
-
-std::ostream& operator<<(std::ostream& out, const PathCase& path) {
-  std::string shown = path.file.substr(0, 40);
-  for (char& c : shown)
-    if (c == '\0') c = '@';
-  return out << (path.create ? "create " : "open ") << shown;
-}
-
-class PathTest : public DbTest, public ::testing::WithParamInterface<PathCase> {};
-
 // Names no file can have, or that SQLite would read as something else, are
 // refused before anything is touched; a.mdb exists, and nothing else appears.
-TEST_P(PathTest, BadNamesRaiseAndTouchNothing) {
+// A name with a colon is given as it is (a URI is never a folder's file).
+TEST_F(DatabaseTest, BadNamesRaiseAndTouchNothing) {
+  using namespace std::string_literals;
   Create("a.mdb")->Close();
-  const PathCase& path = GetParam();
-  // A name with a colon is given as it is (a URI is never a folder's file).
-  std::string full =
-      path.file.empty() || path.file.find(':') != std::string::npos ? path.file : PathOf(path.file);
+  const struct {
+    std::string file;  // in the scratch folder, or the whole path when it has a colon or is empty
+    bool create;       // CreateDatabase, else OpenDatabase
+    int error;
+  } cases[] = {{"b.mdb\0.txt"s, true, kBadFileName},
+               {"a.mdb\0anything"s, false, kBadFileName},
+               {"file:a.mdb?mode=memory", true, kBadFileName},
+               {"FILE:a.mdb", false, kBadFileName},
+               {"", true, kBadFileName},
+               {"", false, kBadFileName},
+               {std::string(300, 'x') + ".mdb", true, kInvalidPath},
+               {std::string(300, 'x') + ".mdb", false, kInvalidPath},
+               {std::string(5000, 'x'), true, kInvalidPath}};
   auto engine = dao::DBEngine::Instance();
-  if (path.create)
-    EXPECT_RAISES(engine->CreateDatabase(full, std::string(dao::dbLangJapanese)), path.error);
-  else
-    EXPECT_RAISES(engine->OpenDatabase(full), path.error);
-  std::vector<std::string> files;
-  for (const auto& entry : std::filesystem::directory_iterator(folder_))
-    files.push_back(entry.path().filename().string());
-  EXPECT_EQ(files, (Names{"a.mdb"}));
-  EXPECT_FALSE(std::filesystem::exists("a.mdb"));
+  for (const auto& [file, create, error] : cases) {
+    SCOPED_TRACE((create ? "create " : "open ") + file.substr(0, 40));
+    const std::string full =
+        file.empty() || file.find(':') != std::string::npos ? file : PathOf(file);
+    if (create)
+      EXPECT_RAISES(engine->CreateDatabase(full, std::string(dao::dbLangJapanese)), error);
+    else
+      EXPECT_RAISES(engine->OpenDatabase(full), error);
+    std::vector<std::string> files;
+    for (const auto& entry : std::filesystem::directory_iterator(folder_))
+      files.push_back(entry.path().filename().string());
+    EXPECT_EQ(files, (Names{"a.mdb"}));
+    EXPECT_FALSE(std::filesystem::exists("a.mdb"));
+  }
 }
-
-using namespace std::string_literals;
-INSTANTIATE_TEST_SUITE_P(
-    Paths, PathTest,
-    ::testing::Values(PathCase{"b.mdb\0.txt"s, true, kBadFileName},
-                      PathCase{"a.mdb\0anything"s, false, kBadFileName},
-                      PathCase{"file:a.mdb?mode=memory", true, kBadFileName},
-                      PathCase{"FILE:a.mdb", false, kBadFileName}, PathCase{"", true, kBadFileName},
-                      PathCase{"", false, kBadFileName},
-                      PathCase{std::string(300, 'x') + ".mdb", true, kInvalidPath},
-                      PathCase{std::string(300, 'x') + ".mdb", false, kInvalidPath},
-                      PathCase{std::string(5000, 'x'), true, kInvalidPath}));
 
 // A failed system call on a file: permission and a read-only file system are
 // 3051, and only they.

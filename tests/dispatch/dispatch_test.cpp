@@ -126,43 +126,31 @@ TEST_F(DispatchTest, UnknownMembersAndEmptyReferences) {
 // What a refused argument's error says: the standard text first, then the
 // member, the argument's position, its value and what the parameter takes.
 TEST_F(DispatchTest, MismatchesNameTheMemberTheArgumentAndItsValue) {
-  struct Case {
+  const vb::Array<std::int16_t> array{1};
+  const struct {
     const char* member;
     CallKind kind;
     std::vector<Variant> args;
-    const char* description;
-  };
-  const Case cases[] = {
+    const char* said;  // after "Type mismatch (Gauge.<member>: "
+  } cases[] = {
       {"pPageNo",
        CallKind::PropertyPut,
-       {Variant("abc")},
-       "Type mismatch (Gauge.pPageNo: argument 1 (value 'abc') is not a 16-bit number)"},
-      {"Sum",
-       CallKind::Method,
-       {Variant(1), Variant("x")},
-       "Type mismatch (Gauge.Sum: argument 2 (value 'x') is not a 16-bit number)"},
-      {"Sum",
-       CallKind::Method,
-       {Variant(vb::Array<std::int16_t>{1})},
-       "Type mismatch (Gauge.Sum: argument 1 (an array) is not a 16-bit number)"},
-      {"Bump",
-       CallKind::Method,
-       {Variant(1), Variant(vb::Array<std::int16_t>{1})},
-       "Type mismatch (Gauge.Bump: argument 2 (an array) is not a text)"},
-      {"Restock",
-       CallKind::Method,
-       {Variant(2.5)},
-       "Type mismatch (Gauge.Restock: argument 1 (value 2.5) is not an object)"},
-  };
-  for (const Case& c : cases) {
+       {"abc"},
+       "argument 1 (value 'abc') is not a 16-bit number)"},
+      {"Sum", CallKind::Method, {1, "x"}, "argument 2 (value 'x') is not a 16-bit number)"},
+      {"Sum", CallKind::Method, {array}, "argument 1 (an array) is not a 16-bit number)"},
+      {"Bump", CallKind::Method, {1, array}, "argument 2 (an array) is not a text)"},
+      {"Restock", CallKind::Method, {2.5}, "argument 1 (value 2.5) is not an object)"}};
+  for (const auto& c : cases) {
     std::vector<Variant> args = c.args;
+    const std::string source = std::string("Gauge.") + c.member;
     try {
       Invoke(gauge, c.member, c.kind, args);
-      ADD_FAILURE() << c.member << " took " << c.description;
+      ADD_FAILURE() << source << " took " << c.said;
     } catch (const Error& error) {
-      EXPECT_EQ(error.number, kTypeMismatch) << c.description;
-      EXPECT_EQ(error.description, c.description);
-      EXPECT_EQ(error.source, std::string("Gauge.") + c.member);
+      EXPECT_EQ(error.number, kTypeMismatch) << c.said;
+      EXPECT_EQ(error.source, source);
+      EXPECT_EQ(error.description, "Type mismatch (" + source + ": " + c.said);
     }
   }
 }

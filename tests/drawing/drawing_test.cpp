@@ -36,9 +36,17 @@ BeamElevation TwoSpans() {
   return beam;
 }
 
-void ExpectPoint(const Point& point, double x, double y) {
-  EXPECT_DOUBLE_EQ(point.x, x);
-  EXPECT_DOUBLE_EQ(point.y, y);
+// Points of an outline, each given as {index, x, y}.
+struct At {
+  std::size_t index;
+  double x, y;
+};
+void ExpectPoints(const std::vector<Point>& outline, std::initializer_list<At> expected) {
+  for (const At& at : expected) {
+    ASSERT_LT(at.index, outline.size());
+    EXPECT_DOUBLE_EQ(outline[at.index].x, at.x) << "point " << at.index;
+    EXPECT_DOUBLE_EQ(outline[at.index].y, at.y) << "point " << at.index;
+  }
 }
 
 TEST(ElevationLayout, ColumnsStandAboutTheirCentreLines) {
@@ -64,37 +72,27 @@ TEST(ElevationLayout, BeamsRunFaceToFaceWithTheirLevelsAndDepths) {
   // First span: the level steps down by 50 at 3,000 from its left face.
   const auto& first = layout.beams[0];
   ASSERT_EQ(first.size(), 8u);
-  ExpectPoint(first[0], 800, 0);
-  ExpectPoint(first[1], 3800, 0);
-  ExpectPoint(first[2], 3800, -50);
-  ExpectPoint(first[3], 7150, -50);
-  ExpectPoint(first[4], 7150, -850);
-  ExpectPoint(first[7], 800, -800);
+  ExpectPoints(
+      first,
+      {{0, 800, 0}, {1, 3800, 0}, {2, 3800, -50}, {3, 7150, -50}, {4, 7150, -850}, {7, 800, -800}});
   ASSERT_EQ(layout.change_points.size(), 2u);
   ASSERT_EQ(layout.level_labels.size(), 1u);  // where the level changes
   EXPECT_EQ(layout.level_labels[0].text, "-50");
   // Second span: its depth runs from 900 to 700.
   const auto& second = layout.beams[1];
   ASSERT_EQ(second.size(), 4u);
-  ExpectPoint(second[0], 8050, -50);
-  ExpectPoint(second[1], 13200, -50);
-  ExpectPoint(second[2], 13200, -750);
-  ExpectPoint(second[3], 8050, -950);
+  ExpectPoints(second, {{0, 8050, -50}, {1, 13200, -50}, {2, 13200, -750}, {3, 8050, -950}});
 }
 
 TEST(ElevationLayout, HaunchesGrowFromTheFaceAlongTheBeam) {
   const ElevationLayout layout = LayoutElevation(TwoSpans());
   ASSERT_EQ(layout.haunches.size(), 2u);
-  const auto& top = layout.haunches[0];
-  ExpectPoint(top[0], 8050, -50);
-  ExpectPoint(top[1], 8550, -50);
-  ExpectPoint(top[2], 8050, 50);
+  ExpectPoints(layout.haunches[0], {{0, 8050, -50}, {1, 8550, -50}, {2, 8050, 50}});
   const auto& bottom = layout.haunches[1];
-  ExpectPoint(bottom[0], 8050, -950);
   // 600 into a span whose depth falls by 200 over its clear 5,150.
   EXPECT_DOUBLE_EQ(bottom[1].x, 8650);
   EXPECT_NEAR(bottom[1].y, -50 - (900 - 200 * 600.0 / 5150), 1e-9);
-  ExpectPoint(bottom[2], 8050, -1100);
+  ExpectPoints(bottom, {{0, 8050, -950}, {2, 8050, -1100}});
 }
 
 TEST(ElevationLayout, DimensionsGiveSpansThenClearSpans) {

@@ -168,52 +168,45 @@ TEST_F(PageCopyTest, WithoutDrawingsOnlyTheFirstRebarPassIsPrepared) {
   EXPECT_EQ(RowsOf(*copy.WriteOpenDb, "HANTI", 0).size(), 400u);
 }
 
-struct CheckCase {
-  const char* name;
-  bool add;                                     // No_PageCopyAddNo
-  std::vector<std::int16_t> destination_pages;  // pages the destination has
-  std::vector<std::int16_t> from;
-  std::vector<std::int16_t> to;  // No_PageCopyNo's destination list
-  bool result;
-  const char* message;
-};
-
-std::ostream& operator<<(std::ostream& out, const CheckCase& c) {
-  return out << c.name;
-}
-
-class CopyCheck : public PageCopyTest, public ::testing::WithParamInterface<CheckCase> {};
-
 // Mode 0 only checks: the destination floor stays without a file or as it was.
-TEST_P(CopyCheck, AnswersTheCheckAndCopiesNothing) {
-  const CheckCase& c = GetParam();
-  if (!c.destination_pages.empty()) {
-    fakes.Answer(frame::Presets::kProgId, "GetHariDefault", std::string("1"));
-    frame::LoadPageMax();  // pages up to 499
-    clsSeluVorneDataService writer;
-    writer.WriteOpen(destination);
-    for (std::int16_t page : c.destination_pages)
-      writer.Write_TooriMei(page, "Y", "1");
+TEST_F(PageCopyTest, TheCheckAloneAnswersAndCopiesNothing) {
+  fakes.Answer(frame::Presets::kProgId, "GetHariDefault", std::string("1"));
+  frame::LoadPageMax();  // pages up to 499
+  const struct {
+    const char* name;
+    bool add;                               // No_PageCopyAddNo
+    std::vector<std::int16_t> destination;  // pages the destination has
+    std::vector<std::int16_t> from, to;     // to: No_PageCopyNo's destination list
+    bool result;
+    const char* message;
+  } cases[] = {{"all small", false, {}, {0, 2, 499}, {0, 1, 2}, true, ""},
+               {"source 500", false, {}, {0, 500}, {0, 1}, false, "ページの最大数を超えます。"},
+               {"add onto empty", true, {}, {0, 1}, {}, true, ""},
+               {"add after 497", true, {0, 3, 497}, {0, 1}, {}, true, ""},
+               {"add to 500", true, {0, 497}, {0, 1, 2}, {}, false, ""}};
+  const std::string file = Native(destination + "\\SELUVORN.mdb");
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    std::filesystem::remove(file);
+    if (!c.destination.empty()) {
+      clsSeluVorneDataService writer;
+      writer.WriteOpen(destination);
+      for (std::int16_t page : c.destination)
+        writer.Write_TooriMei(page, "Y", "1");
+      writer.WriteOpenDb->Close();
+    }
+    message = "before";
+    Pages from = PageList(c.from), to = c.to.empty() ? Pages({0}) : PageList(c.to);
+    fakes.ClearLog();
+    const bool result = c.add ? service->No_PageCopyAddNo(0, 1, message, 1, 2, 3, from,
+                                                          vb::CInt(from.UBound()), 4, 5, 6)
+                              : CopyNo(0, 1, from, to);
+    EXPECT_EQ(result, c.result);
+    EXPECT_EQ(message, c.message);
+    EXPECT_EQ(std::filesystem::exists(file), !c.destination.empty());
+    EXPECT_THAT(CallsOf({"ExtraBarStore.clsExtraBars#1 put", "ThroughBarStore"}), IsEmpty());
   }
-  Pages from = PageList(c.from), to = c.to.empty() ? Pages({0}) : PageList(c.to);
-  const bool result = c.add ? service->No_PageCopyAddNo(0, 1, message, 1, 2, 3, from,
-                                                        vb::CInt(from.UBound()), 4, 5, 6)
-                            : CopyNo(0, 1, from, to);
-  EXPECT_EQ(result, c.result);
-  EXPECT_EQ(message, c.message);
-  EXPECT_EQ(std::filesystem::exists(Native(destination + "\\SELUVORN.mdb")),
-            !c.destination_pages.empty());
-  EXPECT_THAT(CallsOf({"ExtraBarStore.clsExtraBars#1 put", "ThroughBarStore"}), IsEmpty());
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Pages, CopyCheck,
-    ::testing::Values(
-        CheckCase{"AllSmall", false, {}, {0, 2, 499}, {0, 1, 2}, true, ""},
-        CheckCase{"Source500", false, {}, {0, 500}, {0, 1}, false, "ページの最大数を超えます。"},
-        CheckCase{"AddOntoEmpty", true, {}, {0, 1}, {}, true, ""},
-        CheckCase{"AddAfter497", true, {0, 3, 497}, {0, 1}, {}, true, ""},
-        CheckCase{"AddTo500", true, {0, 497}, {0, 1, 2}, {}, false, ""}));
 
 TEST_F(PageCopyTest, AddNoWritesAfterTheLastPageWithoutFillingGaps) {
   clsSeluVorneDataService writer;
@@ -235,48 +228,37 @@ TEST_F(PageCopyTest, AddNoWritesAfterTheLastPageWithoutFillingGaps) {
 
 // The copy holds its floors' files open across the pages; whether it ends
 // normally or by a collaborator's error, it lets go of every one of them.
-struct ReleaseCase {
-  const char* name;
-  const char* failing_member;  // of the through-bar collaborator; "" for none
-  int pages_arrived;           // on the destination floor
-};
+TEST_F(PageCopyTest, NoFileOfEitherFloorStaysOpenAfterTheCopy) {
+  for (bool fails : {false, true}) {
+    SCOPED_TRACE(fails ? "ended by a collaborator's error" : "ended normally");
+    if (fails)
+      fakes.Answer(frame::ThroughBars::kProgId, "SetPathPutHikiToosiSW",
+                   [](std::span<vb::Variant>) -> vb::Variant { Raise(errc::kInvalidCall); });
+    if (fails)
+      EXPECT_RAISES(CopyNo(1, 0, PageList({0, 1, 2}), PageList({0, 1, 2})), errc::kInvalidCall);
+    else
+      EXPECT_TRUE(CopyNo(1, 0, PageList({0, 1, 2}), PageList({0, 1, 2})));
 
-std::ostream& operator<<(std::ostream& out, const ReleaseCase& c) {
-  return out << c.name;
-}
-
-class FilesAfterCopy : public PageCopyTest, public ::testing::WithParamInterface<ReleaseCase> {};
-
-TEST_P(FilesAfterCopy, NoFileOfEitherFloorStaysOpen) {
-  const ReleaseCase& c = GetParam();
-  if (*c.failing_member)
-    fakes.Answer(frame::ThroughBars::kProgId, c.failing_member,
-                 [](std::span<vb::Variant>) -> vb::Variant { Raise(errc::kInvalidCall); });
-  if (*c.failing_member)
-    EXPECT_RAISES(CopyNo(1, 0, PageList({0, 1, 2}), PageList({0, 1, 2})), errc::kInvalidCall);
-  else
-    EXPECT_TRUE(CopyNo(1, 0, PageList({0, 1, 2}), PageList({0, 1, 2})));
-
-  vb::Array<std::int16_t> pages;
-  vb::Array<std::string> names;
-  clsSeluVorneDataService reader;
-  EXPECT_EQ(reader.No_GetAllPageNoName(4, 5, 6, pages, names) + 1, c.pages_arrived);
-  reader.CloseDB();
-  for (const std::string& floor : {folder, destination})
+    vb::Array<std::int16_t> pages;
+    vb::Array<std::string> names;
+    clsSeluVorneDataService reader;
+    EXPECT_EQ(reader.No_GetAllPageNoName(4, 5, 6, pages, names) + 1, fails ? 1 : 3);
+    reader.CloseDB();
+    // A file still open can be neither deleted nor replaced: the destination's
+    // go, the source's are replaced by copies of themselves.
     for (std::string_view file :
          {std::string_view("SELUVORN.mdb"), clsHariFukasiDS::kFileName, clsHariSWDS::kFileName}) {
-      const std::string path = floor + "\\" + std::string(file);
-      if (files::FileExists(path)) {
-        EXPECT_NO_THROW(files::DeleteFile(path)) << path;
+      const std::string source = folder + "\\" + std::string(file),
+                        copied = destination + "\\" + std::string(file);
+      if (files::FileExists(copied)) {
+        EXPECT_NO_THROW(files::DeleteFile(copied)) << copied;
       }
+      files::CopyFile(source, source + ".spare");
+      EXPECT_NO_THROW(files::CopyFile(source + ".spare", source)) << source;
+      files::DeleteFile(source + ".spare");
     }
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(Ends, FilesAfterCopy,
-                         ::testing::Values(ReleaseCase{"Normally", "", 3},
-                                           ReleaseCase{"ByACollaboratorsError",
-                                                       "SetPathPutHikiToosiSW", 1}),
-                         [](const auto& info) { return std::string(info.param.name); });
 
 TEST_F(PageCopyTest, WithoutAProgressObjectTheCopyRaises91BeforeAnyPage) {
   clsSeluVorneDataService bare;

@@ -48,10 +48,6 @@ struct LayoutCase {
   std::vector<std::string> some;  // rows that must be among them
 };
 
-std::ostream& operator<<(std::ostream& out, const LayoutCase& c) {
-  return out << c.writer;
-}
-
 const LayoutCase kLayouts[] = {
     {"Write_KutaiData",
      "KUTAIDATA",
@@ -145,42 +141,36 @@ const LayoutCase kLayouts[] = {
       "0,2,100=", "0,2,120=0", "0,2,220=0"}},
 };
 
-class WriterLayout : public PageTest, public ::testing::WithParamInterface<LayoutCase> {};
-
-TEST_P(WriterLayout, NumbersRowsFromTheArrayIndices) {
-  const LayoutCase& c = GetParam();
-  c.write(*service);
-  const auto rows = Rows(c.table, 4);
-  EXPECT_EQ(rows.size(), c.rows);
-  EXPECT_THAT(rows, IsSupersetOf(c.some));
-  c.write(*service);  // writers only add: a second call doubles the page
-  EXPECT_EQ(Rows(c.table, 4).size(), 2 * c.rows);
+TEST_F(PageTest, EachWriterNumbersRowsFromTheArrayIndices) {
+  for (const LayoutCase& c : kLayouts) {
+    SCOPED_TRACE(c.writer);
+    c.write(*service);
+    const auto rows = Rows(c.table, 4);
+    EXPECT_EQ(rows.size(), c.rows);
+    EXPECT_THAT(rows, IsSupersetOf(c.some));
+    c.write(*service);  // writers only add: a second call doubles the page
+    EXPECT_EQ(Rows(c.table, 4).size(), 2 * c.rows);
+  }
 }
 
-INSTANTIATE_TEST_SUITE_P(Writers, WriterLayout, ::testing::ValuesIn(kLayouts));
-
-struct NameCase {
-  std::string name, stored;
-};
-
-class GridLineName : public PageTest, public ::testing::WithParamInterface<NameCase> {};
-
-TEST_P(GridLineName, IsCutToTwentyBytesOfCodePage932) {
-  service->Write_TooriMei(9, GetParam().name, " 3 ");
-  EXPECT_THAT(Rows("TOORIMEI", 9), ElementsAre(GetParam().stored + "| 3 "));
+// Ten kanji are 20 bytes; a kanji crossing the limit is kept; half-width kana
+// are single bytes.
+TEST_F(PageTest, GridLineNamesAreCutToTwentyBytesOfCodePage932) {
+  const std::string k20 = "ABCDEFGHIJKLMNOPQRST";
+  const std::pair<std::string, std::string> names[] = {
+      {k20, k20},
+      {k20 + "U", "ABCDEFGHIJKLMNOPQ..."},
+      {"", ""},
+      {"通通通通通通通通通通", "通通通通通通通通通通"},
+      {"A通通通通通通通通通通", "A通通通通通通通通通通"},
+      {"A通通通通通通通通通通B", "A通通通通通通通通..."},
+      {"ｱｲｳｴｵｶｷｸｹｺｻｼｽｾｿﾀﾁﾂﾃﾄ", "ｱｲｳｴｵｶｷｸｹｺｻｼｽｾｿﾀﾁﾂﾃﾄ"}};
+  std::int16_t page = 0;
+  for (const auto& [name, stored] : names) {
+    service->Write_TooriMei(page, name, " 3 ");
+    EXPECT_THAT(Rows("TOORIMEI", page++), ElementsAre(stored + "| 3 ")) << name;
+  }
 }
-
-const std::string k20 = "ABCDEFGHIJKLMNOPQRST";
-INSTANTIATE_TEST_SUITE_P(
-    Widths, GridLineName,
-    ::testing::Values(NameCase{k20, k20}, NameCase{k20 + "U", "ABCDEFGHIJKLMNOPQ..."},
-                      NameCase{"", ""},
-                      // ten kanji are 20 bytes; a kanji crossing the limit is kept
-                      NameCase{"通通通通通通通通通通", "通通通通通通通通通通"},
-                      NameCase{"A通通通通通通通通通通", "A通通通通通通通通通通"},
-                      NameCase{"A通通通通通通通通通通B", "A通通通通通通通通..."},
-                      // half-width kana are single bytes
-                      NameCase{"ｱｲｳｴｵｶｷｸｹｺｻｼｽｾｿﾀﾁﾂﾃﾄ", "ｱｲｳｴｵｶｷｸｹｺｻｼｽｾｿﾀﾁﾂﾃﾄ"}));
 
 // ---- The page limit ----------------------------------------------------------
 

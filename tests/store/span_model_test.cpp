@@ -90,50 +90,39 @@ TEST(SpanGeometry, FacesClearSpansAndColumns) {
                      });
 }
 
+// One span whose clear length is the first number: columns of width 0 and 400.
 TEST(SpanGeometry, QuarterSpanRoundsUpWholeMillimetresOnly) {
-  struct Q {
-    float clear, quarter;
-  };
-  for (Q q : {Q{4000, 1000}, Q{4004, 1010}, Q{4002, 1000}, Q{0, 0}, Q{-400, 0}}) {
-    // One span whose clear length is q.clear: columns of width 0 and 400.
-    SpanModel m = Beam({{0, 0}, {400, 0}}, {q.clear + 400});
-    EXPECT_EQ(m.GetSpanUtinoriL4Kyori(0), q.quarter) << q.clear;
-  }
+  for (auto [clear, quarter] : std::vector<std::pair<float, float>>{
+           {4000, 1000}, {4004, 1010}, {4002, 1000}, {0, 0}, {-400, 0}})
+    EXPECT_EQ(Beam({{0, 0}, {400, 0}}, {clear + 400}).GetSpanUtinoriL4Kyori(0), quarter) << clear;
 }
 
 TEST(SpanGeometry, ColumnFacesByHasiraLR) {
-  SpanModel m = Eccentric();
   float left = -1, right = -1;
-  EXPECT_TRUE(m.GetHasiraLR(3, left, right));
-  EXPECT_EQ(left, 18250);
-  EXPECT_EQ(right, 18750);
+  EXPECT_TRUE(Eccentric().GetHasiraLR(3, left, right));
+  EXPECT_EQ(std::pair(left, right), std::pair(18250.0f, 18750.0f));
   left = right = -7;
-  EXPECT_FALSE(m.GetHasiraLR(4, left, right));  // beyond the last column: untouched
-  EXPECT_EQ(left, -7);
-  EXPECT_EQ(right, -7);
+  EXPECT_FALSE(Eccentric().GetHasiraLR(4, left, right));  // beyond the last column: untouched
+  EXPECT_EQ(std::pair(left, right), std::pair(-7.0f, -7.0f));
 }
 
-struct Point {
-  float x, tolerance;
-  I16 column;
-};
-
-TEST(SpanGeometry, InOrNearColumnWorkedExamples) {
-  SpanModel m = Symmetric();
-  for (Point p : {Point{6100, 50, 1}, Point{5990, 20, 1}, Point{6400, 0, 1}, Point{3000, 50, -1},
-                  Point{-10, 10, 0}, Point{11500, 99, -1}, Point{11500, 100, 2}})
-    EXPECT_EQ(m.isInOrNearHasira(p.x, p.tolerance), p.column) << p.x << " ~" << p.tolerance;
-}
-
-TEST(SpanGeometry, InOrNearColumnOnEccentricAndCloseColumns) {
-  SpanModel m = Eccentric();
-  for (Point p : {Point{6000, 0, 1}, Point{12900, 60, 2}, Point{18250, 0, 3}, Point{18760, 10, 3},
-                  Point{9000, 1000, -1}})
-    EXPECT_EQ(m.isInOrNearHasira(p.x, p.tolerance), p.column) << p.x;
-  // Columns 0..400 and 500..900: between them both faces are near.
-  SpanModel close = Beam({{200, 200}, {200, 200}}, {500});
-  for (Point p : {Point{450, 60, 0}, Point{460, 60, 1}, Point{440, 60, 0}, Point{450, 49, -1}})
-    EXPECT_EQ(close.isInOrNearHasira(p.x, p.tolerance), p.column) << p.x;  // ties keep column 0
+// Symmetric, eccentric, and columns 0..400 and 500..900 between which both
+// faces are near (ties keep column 0).
+TEST(SpanGeometry, InOrNearColumn) {
+  const SpanModel symmetric = Symmetric(), eccentric = Eccentric(),
+                  close = Beam({{200, 200}, {200, 200}}, {500});
+  const struct {
+    const SpanModel& model;
+    float x, tolerance;
+    I16 column;
+  } points[] = {{symmetric, 6100, 50, 1},   {symmetric, 5990, 20, 1},  {symmetric, 6400, 0, 1},
+                {symmetric, 3000, 50, -1},  {symmetric, -10, 10, 0},   {symmetric, 11500, 99, -1},
+                {symmetric, 11500, 100, 2}, {eccentric, 6000, 0, 1},   {eccentric, 12900, 60, 2},
+                {eccentric, 18250, 0, 3},   {eccentric, 18760, 10, 3}, {eccentric, 9000, 1000, -1},
+                {eccentric, 5850, 0, 1},    {close, 450, 60, 0},       {close, 460, 60, 1},
+                {close, 440, 60, 0},        {close, 450, 49, -1}};
+  for (const auto& p : points)
+    EXPECT_EQ(p.model.isInOrNearHasira(p.x, p.tolerance), p.column) << p.x << " ~" << p.tolerance;
 }
 
 TEST(SpanGeometry, InOrNearColumnWidenedHasNoNearAnswer) {
@@ -149,7 +138,6 @@ TEST(SpanGeometry, InOrNearColumnWidenedHasNoNearAnswer) {
     EXPECT_EQ(m.isInOrNearHasiraHaba(h.x, h.tolerance, width), h.column) << h.x;
     EXPECT_EQ(width, h.width) << h.x;
   }
-  EXPECT_EQ(m.isInOrNearHasira(5850, 0), 1);  // the face itself is near
 }
 
 TEST(SpanGeometry, SpanOfAPointAndItsAsymmetry) {
@@ -171,18 +159,19 @@ TEST(SpanGeometry, SpanOfAPointAndItsAsymmetry) {
 }
 
 TEST(SpanGeometry, FeatureTextOfAStretch) {
-  I16 first = -1, last = -1;
-  SpanModel one = Beam({{300, 300}, {300, 300}}, {6000});
-  EXPECT_EQ(one.GetSpanTokutyou(100, 6000, first, last), "00060:00540:00060");
-  EXPECT_EQ(first, 0);
-  EXPECT_EQ(last, 0);
-  SpanModel m = Eccentric();
-  EXPECT_EQ(m.GetSpanTokutyou(100, 18000, first, last),
-            "00060:00525:00060:00650:00060:00470:00050");
-  EXPECT_EQ(last, 2);
-  EXPECT_EQ(m.GetSpanTokutyou(6300, 13000, first, last), "00060:00650:00060");
-  EXPECT_EQ(first, 1);
-  EXPECT_EQ(last, 1);
+  const struct {
+    SpanModel model;
+    float from, to;
+    const char* text;
+    I16 first, last;
+  } cases[] = {{Beam({{300, 300}, {300, 300}}, {6000}), 100, 6000, "00060:00540:00060", 0, 0},
+               {Eccentric(), 100, 18000, "00060:00525:00060:00650:00060:00470:00050", 0, 2},
+               {Eccentric(), 6300, 13000, "00060:00650:00060", 1, 1}};
+  for (const auto& c : cases) {
+    I16 first = -1, last = -1;
+    EXPECT_EQ(c.model.GetSpanTokutyou(c.from, c.to, first, last), c.text);
+    EXPECT_EQ(std::pair(first, last), std::pair(c.first, c.last)) << c.text;
+  }
 }
 
 // ---- Per-span accessors ------------------------------------------------------
