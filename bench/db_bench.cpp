@@ -79,7 +79,9 @@ void Check(int result, sqlite3* db) {
   }
 }
 
-// A raw connection configured as the engine configures its own.
+// A raw connection configured as the engine configures its own, in SQLite's
+// default serialized mode: safe for threads, as the engine is through its
+// library lock (the engine's own connections leave SQLite's mutex off).
 sqlite3* OpenRaw(const fs::path& path) {
   sqlite3* db = nullptr;
   Check(sqlite3_open_v2(path.c_str(), &db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr),

@@ -6,15 +6,11 @@
 
 namespace seluvorne::db {
 
-void ReadRows::AppendText(std::string_view value) {
+void ReadRows::AppendLongText(std::string_view value) {
   if (value.size() > std::numeric_limits<std::uint32_t>::max()) Raise(errc::kOutOfMemory);
   Cell cell{Kind::kText, static_cast<std::uint32_t>(value.size()), {}};
-  if (value.size() <= sizeof cell.short_text) {
-    for (std::size_t i = 0; i < value.size(); ++i) cell.short_text[i] = value[i];
-  } else {
-    cell.offset = text_.size();
-    text_.append(value);
-  }
+  cell.offset = text_.size();
+  text_.append(value);
   cells_.push_back(cell);
 }
 

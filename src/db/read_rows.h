@@ -31,7 +31,13 @@ class ReadRows {
     cell.real = value;
     cells_.push_back(cell);
   }
-  void AppendText(std::string_view value);
+  void AppendText(std::string_view value) {
+    if (value.size() > sizeof(Cell::short_text)) return AppendLongText(value);
+    Cell cell{Kind::kText, static_cast<std::uint32_t>(value.size()), {}};
+    for (std::size_t i = 0; i < value.size(); ++i)
+      cell.short_text[i] = value[i];
+    cells_.push_back(cell);
+  }
   void EndRow() { ++count_; }
 
   // Value `index` in row-after-row order: integers as Integer when they fit
@@ -43,9 +49,9 @@ class ReadRows {
         cell.integer <= std::numeric_limits<std::int16_t>::max())
       return static_cast<std::int16_t>(cell.integer);
     if (cell.kind == Kind::kText)
-      return std::string(cell.length <= sizeof cell.short_text ? cell.short_text
-                                                               : text_.data() + cell.offset,
-                         cell.length);
+      return std::string(
+          cell.length <= sizeof cell.short_text ? cell.short_text : text_.data() + cell.offset,
+          cell.length);
     return OtherValue(cell);
   }
 
@@ -66,6 +72,7 @@ class ReadRows {
     };
   };
 
+  void AppendLongText(std::string_view value);
   vb::Variant OtherValue(const Cell& cell) const;  // beside the two usual kinds
 
   std::vector<Cell> cells_;
