@@ -28,10 +28,14 @@ constexpr const char* kFloorFiles[] = {"SELUVORN.mdb", "HARIFUKA.mdb", "SeluVorn
 
 const char* FormatName(DatabaseFormat format) {
   switch (format) {
-    case DatabaseFormat::kMissing: return "missing";
-    case DatabaseFormat::kNative: return "native";
-    case DatabaseFormat::kLegacy: return "legacy";
-    case DatabaseFormat::kOther: return "unknown";
+    case DatabaseFormat::kMissing:
+      return "missing";
+    case DatabaseFormat::kNative:
+      return "native";
+    case DatabaseFormat::kLegacy:
+      return "legacy";
+    case DatabaseFormat::kOther:
+      return "unknown";
   }
   return "unknown";
 }
@@ -70,7 +74,8 @@ void ListFloors(Context& context) {
   const fs::path root = fs::path(context.DataRoot());
   nlohmann::json floors = nlohmann::json::array();
   if (!context.json) fmt::print("{}\n", root.string());
-  static const std::regex zene(R"(Zene(\d{1,5}))"), kouji(R"(Kouji(\d{1,5}))"), kai(R"((\d{1,5})kai)");
+  static const std::regex zene(R"(Zene(\d{1,5}))"), kouji(R"(Kouji(\d{1,5}))"),
+      kai(R"((\d{1,5})kai)");
   for (const auto& [z, zene_folder] : Numbered(root, zene)) {
     if (!context.json) fmt::print("  Zene{}\n", z);
     for (const auto& [k, kouji_folder] : Numbered(zene_folder, kouji)) {
@@ -82,10 +87,9 @@ void ListFloors(Context& context) {
           const DatabaseFormat format = files::FormatOf(floor_folder / name);
           files[name] = FormatName(format);
           if (format != DatabaseFormat::kMissing)
-            shown_files += fmt::format(" {}{}", name,
-                                       format == DatabaseFormat::kNative
-                                           ? ""
-                                           : fmt::format(" ({})", FormatName(format)));
+            shown_files += fmt::format(
+                " {}{}", name,
+                format == DatabaseFormat::kNative ? "" : fmt::format(" ({})", FormatName(format)));
         }
         nlohmann::json pages = nullptr;
         try {
@@ -120,8 +124,9 @@ void NewFloor(Context& context, const std::string& text) {
   std::error_code error;
   fs::create_directories(floor.native_folder, error);
   if (error)
-    throw Error(75, "seluvorne", "Path/File access error (" + floor.native_folder.string() + ": " +
-                                     error.message() + ")");
+    throw Error(
+        75, "seluvorne",
+        "Path/File access error (" + floor.native_folder.string() + ": " + error.message() + ")");
   Object service = context.NewService();
   CallByName(service, "FloorCompanion", CallKind::PropertyPut, CreateObject(kFloorCompanionProgId));
   CallByName(service, "CurZeneNo", CallKind::PropertyPut, floor.numbers->zene);
@@ -145,8 +150,8 @@ std::vector<std::string> FloorProblems(const Floor& floor) {
         if (name == kFloorFiles[0]) problems.push_back(fmt::format("{}: missing", name));
         continue;
       case DatabaseFormat::kLegacy:
-        problems.push_back(fmt::format("{}: a legacy Jet file (seluvorne migrate {})", name,
-                                       floor.text));
+        problems.push_back(
+            fmt::format("{}: a legacy Jet file (seluvorne migrate {})", name, floor.text));
         continue;
       case DatabaseFormat::kOther:
         problems.push_back(fmt::format("{}: not a database", name));
@@ -156,6 +161,8 @@ std::vector<std::string> FloorProblems(const Floor& floor) {
     }
     for (const std::string& line : files::IntegrityProblems(file))
       problems.push_back(fmt::format("{}: {}", name, line));
+    for (const std::string& line : files::ForeignObjects(file))
+      problems.push_back(fmt::format("{}: {} (not made by the library)", name, line));
   }
   const fs::path floor_file = floor.FloorFile();
   if (files::FormatOf(floor_file) != DatabaseFormat::kNative || !problems.empty()) return problems;
@@ -171,8 +178,8 @@ std::vector<std::string> FloorProblems(const Floor& floor) {
       found = tables->Item(std::string(table.name));
     } catch (const Error&) {
       // The tables older files lack are added by the next open for work.
-      const bool added_on_open = &table == &expected[expected.size() - 1] ||
-                                 &table == &expected[expected.size() - 2];
+      const bool added_on_open =
+          &table == &expected[expected.size() - 1] || &table == &expected[expected.size() - 2];
       if (!added_on_open)
         problems.push_back(fmt::format("SELUVORN.mdb: table {} is missing", table.name));
       continue;
@@ -201,9 +208,10 @@ std::vector<std::string> FloorProblems(const Floor& floor) {
         dao::dbOpenSnapshot);
     while (!orphans->IsEOF()) {
       const int page = vb::CInt(orphans->Fields()->Item("PAGE")->Value());
-      problems.push_back(fmt::format("SELUVORN.mdb: {} holds rows of page {}, which has no "
-                                     "TOORIMEI row",
-                                     table.name, page + 1));
+      problems.push_back(
+          fmt::format("SELUVORN.mdb: {} holds rows of page {}, which has no "
+                      "TOORIMEI row",
+                      table.name, page + 1));
       orphans->MoveNext();
     }
     orphans->Close();
@@ -212,15 +220,37 @@ std::vector<std::string> FloorProblems(const Floor& floor) {
   return problems;
 }
 
-void CheckFloor(Context& context, const std::string& text) {
+// Removes from each of the floor's files what the library did not make,
+// each file kept first as it was beside it.
+void RemoveForeign(const Floor& floor, bool json) {
+  for (const char* name : kFloorFiles) {
+    const fs::path file = floor.native_folder / name;
+    if (files::FormatOf(file) != DatabaseFormat::kNative || files::ForeignObjects(file).empty())
+      continue;
+    const std::vector<std::string> removed = files::RemoveForeignObjects(file);
+    if (!json)
+      fmt::print("{}: removed {} object{}, every row kept (the file as it was: {}.bak)\n", name,
+                 removed.size(), removed.size() == 1 ? "" : "s", name);
+  }
+}
+
+void CheckFloor(Context& context, const std::string& text, bool fix) {
   const Floor floor = context.ResolveFloor(text);
-  const std::vector<std::string> problems = FloorProblems(floor);
+  std::vector<std::string> problems = FloorProblems(floor);
+  if (fix && !problems.empty()) {
+    if (!context.json)
+      for (const std::string& line : problems)
+        fmt::print("{}\n", line);
+    RemoveForeign(floor, context.json);
+    problems = FloorProblems(floor);
+  }
   if (context.json)
     PrintJson({{"floor", text}, {"ok", problems.empty()}, {"problems", problems}});
   else if (problems.empty())
     fmt::print("{}: ok\n", floor.native_folder.string());
   else
-    for (const std::string& line : problems) fmt::print("{}\n", line);
+    for (const std::string& line : problems)
+      fmt::print("{}\n", line);
   if (!problems.empty())
     throw CommandFailed(fmt::format("check: {} problem{} in {}", problems.size(),
                                     problems.size() == 1 ? "" : "s", floor.native_folder.string()));
@@ -231,19 +261,22 @@ void CheckFloor(Context& context, const std::string& text) {
 void WriteSampleFloor(Context& context, const std::string& text) {
   const Floor floor = context.ResolveFloor(text);
   if (fs::exists(floor.FloorFile()))
-    throw Error(3204, "seluvorne", "Database already exists. (" + floor.FloorFile().string() +
-                                       "; the sample goes into a new floor)");
+    throw Error(3204, "seluvorne",
+                "Database already exists. (" + floor.FloorFile().string() +
+                    "; the sample goes into a new floor)");
   const fs::path roster = fs::path(context.DataRoot()) / "roster.json";
   const bool new_roster = !fs::exists(roster);
   std::error_code error;
   fs::create_directories(floor.native_folder, error);
   if (error)
-    throw Error(75, "seluvorne", "Path/File access error (" + floor.native_folder.string() + ": " +
-                                     error.message() + ")");
+    throw Error(
+        75, "seluvorne",
+        "Path/File access error (" + floor.native_folder.string() + ": " + error.message() + ")");
   if (new_roster) {
     std::ofstream file(roster, std::ios::binary);
     file << sample::OfficeRosterJson();
-    if (!file.flush()) throw Error(75, "seluvorne", "Path/File access error (" + roster.string() + ")");
+    if (!file.flush())
+      throw Error(75, "seluvorne", "Path/File access error (" + roster.string() + ")");
   }
   const std::vector<sample::SampleBeam> beams = sample::OfficeFloor();
   sample::WriteSampleFloor(floor.folder, beams);
@@ -260,7 +293,8 @@ void WriteSampleFloor(Context& context, const std::string& text) {
 std::vector<std::string> LegacyFloors(Context& context) {
   std::vector<std::string> floors;
   const fs::path root = fs::path(context.DataRoot());
-  static const std::regex zene(R"(Zene(\d{1,5}))"), kouji(R"(Kouji(\d{1,5}))"), kai(R"((\d{1,5})kai)");
+  static const std::regex zene(R"(Zene(\d{1,5}))"), kouji(R"(Kouji(\d{1,5}))"),
+      kai(R"((\d{1,5})kai)");
   for (const auto& [z, zene_folder] : Numbered(root, zene))
     for (const auto& [k, kouji_folder] : Numbered(zene_folder, kouji))
       for (const auto& [f, floor_folder] : Numbered(kouji_folder, kai))
@@ -283,8 +317,10 @@ void MigrateFloors(Context& context, const std::string& text, bool all, bool sal
     for (const legacy::FileReport& file : report.files) {
       nlohmann::json tables = nlohmann::json::array();
       for (const legacy::TableReport& table : file.tables)
-        tables.push_back({{"table", table.table}, {"recorded", table.recorded},
-                          {"read", table.read}, {"written", table.written}});
+        tables.push_back({{"table", table.table},
+                          {"recorded", table.recorded},
+                          {"read", table.read},
+                          {"written", table.written}});
       files.push_back({{"file", file.file}, {"migrated", file.migrated}, {"tables", tables}});
       if (context.json) continue;
       if (!file.migrated) {
@@ -292,7 +328,8 @@ void MigrateFloors(Context& context, const std::string& text, bool all, bool sal
         continue;
       }
       std::int64_t rows = 0;
-      for (const legacy::TableReport& table : file.tables) rows += table.written;
+      for (const legacy::TableReport& table : file.tables)
+        rows += table.written;
       fmt::print("{}  {}: migrated, {} tables, {} rows (original kept as {}.jet)\n", name,
                  file.file, file.tables.size(), rows, file.file);
       for (const legacy::TableReport& table : file.tables)
@@ -304,26 +341,32 @@ void MigrateFloors(Context& context, const std::string& text, bool all, bool sal
       fmt::print("{}  report: {}\n", name, report.report_file);
     reports.push_back({{"floor", name}, {"files", files}, {"report_file", report.report_file}});
   }
-  if (context.json) PrintJson({{"floors", reports}});
-  else if (floors.empty()) fmt::print("no legacy floor under {}\n", context.DataRoot());
+  if (context.json)
+    PrintJson({{"floors", reports}});
+  else if (floors.empty())
+    fmt::print("no legacy floor under {}\n", context.DataRoot());
 }
 
 }  // namespace
 
 void AddFloorCommands(CLI::App& app, Context& context) {
-  auto* floors = app.add_subcommand("floors", "every floor under the data root, with its pages and files");
+  auto* floors =
+      app.add_subcommand("floors", "every floor under the data root, with its pages and files");
   floors->footer("Example: seluvorne --data ~/beams floors");
   floors->callback([&context] { ListFloors(context); });
 
   static std::string new_floor, check_floor;
+  static bool check_fix = false;
   auto* create = app.add_subcommand("new", "create a floor (its floor file and build-out file)");
-  create->add_option("FLOOR", new_floor, "Z/K/F, or a floor folder under the data root")->required();
+  create->add_option("FLOOR", new_floor, "Z/K/F, or a floor folder under the data root")
+      ->required();
   create->footer("Example: seluvorne new 1/2/3");
   create->callback([&context] { NewFloor(context, new_floor); });
 
   static std::string sample_floor;
-  auto* sample = app.add_subcommand("sample", "write a sample floor (a five-storey RC office's) "
-                                              "into a new floor, to try the other commands on");
+  auto* sample = app.add_subcommand("sample",
+                                    "write a sample floor (a five-storey RC office's) "
+                                    "into a new floor, to try the other commands on");
   sample->add_option("FLOOR", sample_floor, "Z/K/F or a floor folder; it must not exist yet")
       ->required();
   sample->footer("Example: seluvorne sample 1/1/3 && seluvorne pages 1/1/3");
@@ -331,8 +374,9 @@ void AddFloorCommands(CLI::App& app, Context& context) {
 
   static std::string migrate_floor;
   static bool migrate_all = false, salvage = false;
-  auto* migrate = app.add_subcommand("migrate", "convert a floor's legacy Jet files to the native "
-                                                "format, every row checked; originals kept as *.jet");
+  auto* migrate = app.add_subcommand("migrate",
+                                     "convert a floor's legacy Jet files to the native "
+                                     "format, every row checked; originals kept as *.jet");
   migrate->add_option("FLOOR", migrate_floor, "Z/K/F or a floor folder");
   migrate->add_flag("--all", migrate_all, "every floor of the data root that holds a legacy file");
   migrate->add_flag("--salvage", salvage,
@@ -340,11 +384,16 @@ void AddFloorCommands(CLI::App& app, Context& context) {
   migrate->footer("Example: seluvorne migrate 1/1/3   or   seluvorne migrate --all");
   migrate->callback([&context] { MigrateFloors(context, migrate_floor, migrate_all, salvage); });
 
-  auto* check = app.add_subcommand("check", "check a floor's files: storage, tables and fields, "
-                                            "rows of pages the directory does not list");
+  auto* check = app.add_subcommand("check",
+                                   "check a floor's files: storage, tables and fields, "
+                                   "rows of pages the directory does not list");
   check->add_option("FLOOR", check_floor, "Z/K/F or a floor folder")->required();
+  check->add_flag(
+      "--fix", check_fix,
+      "remove what the library did not make (triggers, views, foreign tables and "
+      "indexes, changed table definitions), keeping every row; originals kept as *.bak");
   check->footer("Example: seluvorne check 1/2/3 (exit status 1 when something is wrong)");
-  check->callback([&context] { CheckFloor(context, check_floor); });
+  check->callback([&context] { CheckFloor(context, check_floor, check_fix); });
 }
 
 }  // namespace seluvorne::cli

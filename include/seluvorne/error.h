@@ -88,4 +88,8 @@ Error MakeError(int number, std::string_view detail = {}, std::string_view sourc
 [[noreturn]] void Raise(int number, std::string_view detail = {},
                         std::string_view source = kLibrarySource);
 
+// Raises MakeError(number, detail) with `explanation` after its description,
+// in parentheses: what was found and what to do about it.
+[[noreturn]] void RaiseExplained(int number, std::string_view detail, std::string_view explanation);
+
 }  // namespace seluvorne

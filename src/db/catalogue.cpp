@@ -60,48 +60,15 @@ std::string UnusedSchemaName(SQLite::Database& sqlite, const std::string& wanted
 }
 
 void CreateStorage(SQLite::Database& sqlite, const TableDefinition& table) {
-  std::string sql = "CREATE TABLE " + QuoteIdentifier(table.stored_name) + " (";
-  for (std::size_t i = 0; i < table.fields.size(); ++i) {
-    const FieldDefinition& field = table.fields[i];
-    if (i > 0) sql += ", ";
-    sql += QuoteIdentifier(field.name);
-    sql += field.type == dao::dbInteger ? " INTEGER" : " TEXT";
-  }
-  sql += ")";
-  sqlite.exec(sql);
+  sqlite.exec(StorageStatement(table));
 }
 
-// Indexes the object model does not show, for the queries the stores send
-// most: a page's rows (WHERE PAGE = n, PAGE BETWEEN), in every table that has
-// pages, and the page-kind rows the page directory looks up in KUTAIDATA
-// (WHERE SUBPAGE = 0 AND BANGOU = 81). Each index costs every added row a
-// page write, so the second goes only where that query goes, and holds only
-// the rows it finds: one a page. Indexing all of KUTAIDATA by BANGOU put a
-// page's 480 rows in 480 places of the index, and writing a page cost about
-// twice as much.
 void CreateHiddenIndexes(SQLite::Database& sqlite, const TableDefinition& table) {
-  auto index = [&](const std::string& suffix, std::initializer_list<std::string_view> fields,
-                   const std::string& rows = "") {
-    for (std::string_view field : fields)
-      if (table.FieldIndex(field) < 0) return;
-    std::string name = UnusedSchemaName(sqlite, table.stored_name + "~" + suffix);
-    std::string sql = "CREATE INDEX " + QuoteIdentifier(name) + " ON " +
-                      QuoteIdentifier(table.stored_name) + " (";
-    bool first = true;
-    for (std::string_view field : fields) {
-      if (!first) sql += ", ";
-      sql += QuoteIdentifier(table.fields[table.FieldIndex(field)].name);
-      first = false;
-    }
-    sqlite.exec(sql + ")" + rows);
-  };
-  index("PAGE", {"PAGE"});
-  if (SameName(table.name, "KUTAIDATA") && table.FieldIndex("SUBPAGE") >= 0 &&
-      table.FieldIndex("BANGOU") >= 0)
-    index("BANGOU", {"BANGOU", "SUBPAGE"},
-          " WHERE " + QuoteIdentifier(table.fields[table.FieldIndex("SUBPAGE")].name) +
-              " = 0 AND " + QuoteIdentifier(table.fields[table.FieldIndex("BANGOU")].name) +
-              " = 81");
+  for (std::string_view kind : kHiddenIndexKinds) {
+    const std::string name = UnusedSchemaName(sqlite, table.stored_name + "~" + std::string(kind));
+    const std::string sql = HiddenIndexStatement(table, kind, name);
+    if (!sql.empty()) sqlite.exec(sql);
+  }
 }
 
 void RecordTable(SQLite::Database& sqlite, const TableDefinition& table) {
@@ -139,6 +106,48 @@ void SetProperty(SQLite::Database& sqlite, std::string_view name, std::string_vi
 }
 
 }  // namespace
+
+std::string StorageStatement(const TableDefinition& table) {
+  std::string sql = "CREATE TABLE " + QuoteIdentifier(table.stored_name) + " (";
+  for (std::size_t i = 0; i < table.fields.size(); ++i) {
+    const FieldDefinition& field = table.fields[i];
+    if (i > 0) sql += ", ";
+    sql += QuoteIdentifier(field.name);
+    sql += field.type == dao::dbInteger ? " INTEGER" : " TEXT";
+  }
+  return sql + ")";
+}
+
+// Indexes the object model does not show, for the queries the stores send
+// most: a page's rows (WHERE PAGE = n, PAGE BETWEEN), in every table that has
+// pages, and the page-kind rows the page directory looks up in KUTAIDATA
+// (WHERE SUBPAGE = 0 AND BANGOU = 81). Each index costs every added row a
+// page write, so the second goes only where that query goes, and holds only
+// the rows it finds: one a page. Indexing all of KUTAIDATA by BANGOU put a
+// page's 480 rows in 480 places of the index, and writing a page cost about
+// twice as much.
+std::string HiddenIndexStatement(const TableDefinition& table, std::string_view kind,
+                                 const std::string& index_name) {
+  const bool page = kind == "PAGE";
+  if (!page && !SameName(table.name, "KUTAIDATA")) return "";
+  const std::vector<std::string_view> fields =
+      page ? std::vector<std::string_view>{"PAGE"}
+           : std::vector<std::string_view>{"BANGOU", "SUBPAGE"};
+  std::string sql = "CREATE INDEX " + QuoteIdentifier(index_name) + " ON " +
+                    QuoteIdentifier(table.stored_name) + " (";
+  for (std::size_t i = 0; i < fields.size(); ++i) {
+    const int position = table.FieldIndex(fields[i]);
+    if (position < 0) return "";
+    sql += (i > 0 ? ", " : "") + QuoteIdentifier(table.fields[position].name);
+  }
+  sql += ")";
+  if (!page) {
+    const int subpage = table.FieldIndex("SUBPAGE"), bangou = table.FieldIndex("BANGOU");
+    sql += " WHERE " + QuoteIdentifier(table.fields[subpage].name) + " = 0 AND " +
+           QuoteIdentifier(table.fields[bangou].name) + " = 81";
+  }
+  return sql;
+}
 
 int TableDefinition::FieldIndex(std::string_view field_name) const {
   for (std::size_t i = 0; i < fields.size(); ++i)
@@ -183,18 +192,25 @@ Catalogue Catalogue::Load(SQLite::Database& sqlite, std::string_view shown_path,
   // One statement, so one read transaction, for the whole catalogue and the
   // schema version it belongs to. Rows: 0 a property (name, value), 1 a table
   // (name, stored name, position), 2 a field (table, name, position, type,
-  // size, default, zero length), 3 the schema version.
+  // size, default, zero length), 3 the schema version, 4 an object of the
+  // file's schema (type, name, table, statement).
   static constexpr const char* kQuery =
       "SELECT 0, Name, Value, NULL, NULL, NULL, NULL, NULL FROM MSysProperties "
       "UNION ALL SELECT 1, Name, StoredName, Position, NULL, NULL, NULL, NULL FROM MSysTables "
       "UNION ALL SELECT 2, TableName, Name, Position, Type, Size, DefaultValue, AllowZeroLength "
       "FROM MSysFields "
       "UNION ALL SELECT 3, NULL, NULL, schema_version, NULL, NULL, NULL, NULL "
-      "FROM pragma_schema_version ORDER BY 1, 2, 4";
+      "FROM pragma_schema_version "
+      "UNION ALL SELECT 4, type, name, tbl_name, sql, NULL, NULL, NULL FROM sqlite_schema "
+      "ORDER BY 1, 2, 4";
   std::optional<SQLite::Statement> rows;
   try {
     rows.emplace(sqlite, kQuery);
   } catch (const SQLite::Exception& failure) {
+    // A schema past the engine's limits (untrusted.h), which `check` names.
+    if (std::string_view(failure.what()).starts_with("malformed database schema"))
+      RaiseExplained(errc::kUnrecognizedFormat, shown_path,
+                     std::string(failure.what()) + "; `seluvorne check` names it");
     // No catalogue tables (or not ours): a file of some other program.
     if (failure.getErrorCode() == SQLITE_ERROR) Raise(errc::kUnrecognizedFormat, shown_path);
     throw;
@@ -203,6 +219,7 @@ Catalogue Catalogue::Load(SQLite::Database& sqlite, std::string_view shown_path,
   std::string format;
   std::map<std::string, TableDefinition> by_name;
   std::vector<std::pair<int, std::string>> order;  // position, name
+  std::vector<SchemaObject> schema;
   while (rows->executeStep()) {
     const int kind = rows->getColumn(0).getInt();
     if (kind == 0) {
@@ -220,8 +237,11 @@ Catalogue Catalogue::Load(SQLite::Database& sqlite, std::string_view shown_path,
                                       static_cast<std::int16_t>(rows->getColumn(4).getInt()),
                                       rows->getColumn(5).getInt(), rows->getColumn(6).getString(),
                                       rows->getColumn(7).getInt() != 0});
-    } else {
+    } else if (kind == 3) {
       schema_version = rows->getColumn(3).getInt64();
+    } else {
+      schema.push_back({rows->getColumn(1).getString(), rows->getColumn(2).getString(),
+                        rows->getColumn(3).getString(), rows->getColumn(4).getString()});
     }
   }
   if (format != kFormatMarker) Raise(errc::kUnrecognizedFormat, shown_path);
@@ -233,6 +253,7 @@ Catalogue Catalogue::Load(SQLite::Database& sqlite, std::string_view shown_path,
       if (table.name == system.name) table.system = true;
     catalogue.tables_.push_back(std::make_shared<TableDefinition>(std::move(table)));
   }
+  catalogue.foreign_ = FindForeignObjects(catalogue, schema);
   return catalogue;
 }
 
@@ -248,6 +269,36 @@ void Catalogue::AppendTable(SQLite::Database& sqlite, const TableDefinition& tab
   CreateHiddenIndexes(sqlite, stored);
   RecordTable(sqlite, stored);
   transaction.commit();
+}
+
+void Catalogue::RebuildStorage(SQLite::Database& sqlite, const TableDefinition& table) {
+  const std::string stored = QuoteIdentifier(table.stored_name);
+  const std::string kept = "temp." + QuoteIdentifier("seluvorne~rebuild");
+  auto count = [&](const std::string& name) {
+    return sqlite.execAndGet("SELECT COUNT(*) FROM " + name).getInt64();
+  };
+  std::string columns;
+  {
+    SQLite::Statement present(sqlite, "SELECT COUNT(*) FROM pragma_table_info(?) WHERE name = ?");
+    for (const FieldDefinition& field : table.fields) {
+      present.reset();
+      present.bind(1, table.stored_name);
+      present.bind(2, field.name);
+      present.executeStep();
+      columns +=
+          (columns.empty() ? "" : ", ") +
+          (present.getColumn(0).getInt() > 0 ? QuoteIdentifier(field.name) : std::string("NULL"));
+    }
+  }  // no read open on the schema while it changes
+  const std::int64_t rows = count(stored);
+  sqlite.exec("CREATE TABLE " + kept + " AS SELECT " + columns + " FROM " + stored);
+  sqlite.exec("DROP TABLE " + stored);
+  CreateStorage(sqlite, table);
+  sqlite.exec("INSERT INTO " + stored + " SELECT * FROM " + kept);
+  sqlite.exec("DROP TABLE " + kept);
+  CreateHiddenIndexes(sqlite, table);
+  if (count(stored) != rows)
+    Raise(errc::kEngineReserved, "(rows lost rebuilding " + table.name + ")");
 }
 
 std::shared_ptr<const TableDefinition> Catalogue::Find(std::string_view name) const {

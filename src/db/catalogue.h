@@ -24,6 +24,8 @@
 #include <string_view>
 #include <vector>
 
+#include "untrusted.h"
+
 namespace seluvorne::db {
 
 struct FieldDefinition {
@@ -47,6 +49,18 @@ struct TableDefinition {
 // The SQL form of an identifier: in double quotes, inner quotes doubled.
 std::string QuoteIdentifier(std::string_view name);
 
+// The statement that makes a table's SQLite storage: its fields in order,
+// each INTEGER or TEXT, nothing else.
+std::string StorageStatement(const TableDefinition& table);
+
+// The engine's hidden indexes, by kind: a table's rows of a page ("PAGE"),
+// and KUTAIDATA's page-kind rows ("BANGOU"). The statement that makes the
+// index `index_name` of that kind on `table`, empty when the table has no
+// such index.
+inline constexpr std::string_view kHiddenIndexKinds[] = {"PAGE", "BANGOU"};
+std::string HiddenIndexStatement(const TableDefinition& table, std::string_view kind,
+                                 const std::string& index_name);
+
 // Raises 3125 unless `name` can name a table or field: 1 to 64 characters,
 // no leading blank, none of . ! ` [ ] or control characters, and not SQLite's
 // reserved "sqlite_" prefix.
@@ -67,16 +81,25 @@ class Catalogue {
   // transaction. Raises 3010 when a table of exactly that name exists.
   static void AppendTable(SQLite::Database& sqlite, const TableDefinition& table);
 
+  // Makes a table's storage again from its definition, with its hidden
+  // indexes, keeping its rows (a field the storage lost comes back empty);
+  // inside the caller's transaction. For tables another program changed.
+  static void RebuildStorage(SQLite::Database& sqlite, const TableDefinition& table);
+
   // The catalogue tables first, then the user tables in creation order.
   const std::vector<std::shared_ptr<const TableDefinition>>& tables() const { return tables_; }
   // The table of exactly that name, else the first whose name differs only in
   // letter case; null when there is none.
   std::shared_ptr<const TableDefinition> Find(std::string_view name) const;
   const std::string& locale() const { return locale_; }
+  // The schema objects of the file the catalogue does not account for
+  // (untrusted.h), as found by Load.
+  const std::vector<ForeignObject>& foreign() const { return foreign_; }
 
  private:
   std::vector<std::shared_ptr<const TableDefinition>> tables_;
   std::string locale_;
+  std::vector<ForeignObject> foreign_;
 };
 
 }  // namespace seluvorne::db

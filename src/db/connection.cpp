@@ -14,6 +14,7 @@
 #include "file_system.h"
 #include "held_files.h"
 #include "seluvorne/error.h"
+#include "untrusted.h"
 
 namespace seluvorne::db {
 
@@ -77,6 +78,7 @@ Connection::Connection(const std::filesystem::path& path, std::string_view shown
       sqlite_(path.string(), open_flags, BusyTimeout(), VfsName()),
       shown_path_(shown_path) {
   Identify(path, identity_);
+  DistrustSchema(sqlite_.getHandle());
   // On a share the rollback journal, whatever mode another process left in
   // the file; switching needs every other connection gone (else 3218).
   bool shared_folder = OnNetworkFileSystem(path);
@@ -224,6 +226,7 @@ void Connection::LoadCatalogue() {
   catalogue_ = Catalogue::Load(sqlite_, shown_path_, catalogue_version_);
   translations_.clear();
   results_.clear();
+  RefuseActingObjects(catalogue_.foreign(), shown_path_);
 }
 
 void Connection::RefreshCatalogue() {

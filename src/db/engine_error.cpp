@@ -29,6 +29,10 @@ void RaiseEngineError(const SQLite::Exception& failure, std::string_view path, S
       Raise(errc::kDiskFull, failure.what());
     case SQLITE_IOERR:
       Raise(errc::kDiskError, failure.what());
+    case SQLITE_TOOBIG:  // past the limits of untrusted.h
+      if (stage == Stage::Prepare) Raise(errc::kSyntaxError, failure.what());
+      RaiseExplained(errc::kUnrecognizedFormat, path,
+                     std::string(failure.what()) + ": larger than any floor holds");
     case SQLITE_NOMEM:
       Raise(errc::kOutOfMemory);
     default:

@@ -6,6 +6,7 @@
 #include "seluvorne/dao.h"
 #include "seluvorne/entry_lock.h"
 #include "states.h"
+#include "untrusted.h"
 
 namespace seluvorne::db {
 
@@ -27,8 +28,15 @@ void RecordsetState::Load() {
       if (from_query) DescribeColumns(connection, statement);
       const int width = static_cast<int>(columns.size());
       fresh->Reserve(statement.values_last_read, statement.text_bytes_last_read);
-      for (; row; row = statement.Step())
+      for (; row; row = statement.Step()) {
         statement.AppendRow(*fresh, width);
+        if (fresh->value_count() > kMaxValuesPerRead ||
+            fresh->text_bytes() > kMaxTextBytesPerRead) {
+          statement.Reset();
+          Raise(errc::kOutOfMemory,
+                "(one read of more values than any floor holds: " + connection.shown_path() + ")");
+        }
+      }
       statement.Reset();  // ends the read transaction now, not at the next use
     });
     statement.values_last_read = fresh->value_count();

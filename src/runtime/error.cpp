@@ -109,4 +109,10 @@ void Raise(int number, std::string_view detail, std::string_view source) {
   throw MakeError(number, detail, source);
 }
 
+void RaiseExplained(int number, std::string_view detail, std::string_view explanation) {
+  Error error = MakeError(number, detail);
+  throw Error(error.number, error.source,
+              error.description + " (" + std::string(explanation) + ")");
+}
+
 }  // namespace seluvorne
