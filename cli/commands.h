@@ -14,6 +14,10 @@ void AddBeamCommands(CLI::App& app, Context& context);      // pages, show, draw
 void AddTransferCommands(CLI::App& app, Context& context);  // export, import
 void AddCopyCommand(CLI::App& app, Context& context);       // copy
 
+// Makes the floor's files as `seluvorne new` does, with every table the
+// library's members use; answers whether the floor file existed already.
+bool MakeFloor(Context& context, const Floor& floor);
+
 // Prints `value` as JSON on standard output (two-space indent, UTF-8).
 void PrintJson(const nlohmann::json& value);
 

@@ -49,8 +49,8 @@ class TerminalProgress : public DispatchImpl<TerminalProgress> {
     if (terminal_) {
       constexpr int kWidth = 30;
       const int filled = done * kWidth / span;
-      fmt::print(stderr, "\r[{}{}] {}/{}", std::string(filled, '#'), std::string(kWidth - filled, ' '),
-                 value_, max_);
+      fmt::print(stderr, "\r[{}{}] {}/{}", std::string(filled, '#'),
+                 std::string(kWidth - filled, ' '), value_, max_);
       std::fflush(stderr);
       drawn_ = true;
     } else {
@@ -66,13 +66,14 @@ class TerminalProgress : public DispatchImpl<TerminalProgress> {
 
 vb::Array<std::int16_t> StoredPages(const std::vector<int>& pages) {
   vb::Array<std::int16_t> stored{static_cast<std::int32_t>(pages.size()) - 1};
-  for (std::size_t i = 0; i < pages.size(); ++i) stored(static_cast<std::int32_t>(i)) = StoredPage(pages[i]);
+  for (std::size_t i = 0; i < pages.size(); ++i)
+    stored(static_cast<std::int32_t>(i)) = StoredPage(pages[i]);
   return stored;
 }
 
 struct CopyRequest {
   std::string from, to, pages, to_pages;
-  bool append = false, with_drawings = false, check_only = false;
+  bool append = false, with_drawings = false, check_only = false, create = false;
 };
 
 void CopyPages(Context& context, const CopyRequest& request) {
@@ -81,14 +82,20 @@ void CopyPages(Context& context, const CopyRequest& request) {
   if (!source.numbers || !destination.numbers)
     throw UsageError("copy takes floors as Z/K/F, or folders under the data root");
   context.RequireFloorFile(source);
+  // Checked before anything is copied: a copy into a floor that is not there
+  // would fail after its progress bar.
+  if (request.create && !std::filesystem::exists(destination.FloorFile()))
+    MakeFloor(context, destination);
+  context.RequireFloorFile(destination);
   const std::vector<int> pages = ParsePageList(request.pages);
   std::vector<int> targets = request.to_pages.empty() ? pages : ParsePageList(request.to_pages);
   if (!request.append && targets.size() != pages.size())
-    throw UsageError(fmt::format("{} pages to copy but {} destination pages", pages.size(),
-                                 targets.size()));
+    throw UsageError(
+        fmt::format("{} pages to copy but {} destination pages", pages.size(), targets.size()));
 
   Object service = context.NewService();
-  CallByName(service, "CopyMergeBar", CallKind::PropertyPut, Object(std::make_shared<TerminalProgress>()));
+  CallByName(service, "CopyMergeBar", CallKind::PropertyPut,
+             Object(std::make_shared<TerminalProgress>()));
   const std::int16_t mode = request.check_only ? 0 : 1;
   const std::int16_t with_drawings = request.with_drawings ? 1 : 0;
   const std::int16_t last = static_cast<std::int16_t>(pages.size() - 1);
@@ -99,9 +106,9 @@ void CopyPages(Context& context, const CopyRequest& request) {
   vb::Array<std::int16_t> destination_pages = StoredPages(request.append ? pages : targets);
   bool passed;
   if (request.append)
-    passed = vb::CBool(CallByName(service, "No_PageCopyAddNo", CallKind::Method, mode, with_drawings,
-                                  Ref(message), from.zene, from.kouji, from.kai, Ref(source_pages),
-                                  last, to.zene, to.kouji, to.kai));
+    passed = vb::CBool(CallByName(service, "No_PageCopyAddNo", CallKind::Method, mode,
+                                  with_drawings, Ref(message), from.zene, from.kouji, from.kai,
+                                  Ref(source_pages), last, to.zene, to.kouji, to.kai));
   else
     passed = vb::CBool(CallByName(service, "No_PageCopyNo", CallKind::Method, mode, with_drawings,
                                   Ref(message), from.zene, from.kouji, from.kai, Ref(source_pages),
@@ -113,10 +120,13 @@ void CopyPages(Context& context, const CopyRequest& request) {
                             : message);
   nlohmann::json copied = nlohmann::json::array();
   for (std::size_t i = 0; i < pages.size(); ++i)
-    copied.push_back({{"from", pages[i]}, {"to", request.append ? nlohmann::json(nullptr)
-                                                                : nlohmann::json(targets[i])}});
+    copied.push_back(
+        {{"from", pages[i]},
+         {"to", request.append ? nlohmann::json(nullptr) : nlohmann::json(targets[i])}});
   if (context.json)
-    PrintJson({{"from", request.from}, {"to", request.to}, {"checked_only", request.check_only},
+    PrintJson({{"from", request.from},
+               {"to", request.to},
+               {"checked_only", request.check_only},
                {"pages", copied}});
   else if (request.check_only)
     fmt::print("check passed: {} page{} can be copied from {} to {}\n", pages.size(),
@@ -130,18 +140,21 @@ void CopyPages(Context& context, const CopyRequest& request) {
 
 void AddCopyCommand(CLI::App& app, Context& context) {
   static CopyRequest request;
-  auto* copy = app.add_subcommand("copy", "copy pages to another floor, with their build-outs, "
-                                          "switches and through-bar values");
+  auto* copy = app.add_subcommand("copy",
+                                  "copy pages to another floor, with their build-outs, "
+                                  "switches and through-bar values");
   copy->add_option("FROM", request.from, "the source floor, Z/K/F")->required();
   copy->add_option("TO", request.to, "the destination floor, Z/K/F")->required();
   copy->add_option("--pages", request.pages, "source pages from 1: 4 or 1,3-5")->required();
   auto* to_pages = copy->add_option("--to-pages", request.to_pages,
                                     "destination pages, one per source page (the same numbers "
                                     "when omitted)");
-  copy->add_flag("--append", request.append, "after the destination's last page")->excludes(to_pages);
+  copy->add_flag("--append", request.append, "after the destination's last page")
+      ->excludes(to_pages);
   copy->add_flag("--with-drawings", request.with_drawings,
                  "also the additional rebar and calculation files (suite components)");
   copy->add_flag("--check-only", request.check_only, "only check the page limit; copy nothing");
+  copy->add_flag("--create", request.create, "create the destination floor when it has none");
   copy->footer("Example: seluvorne copy 1/2/3 1/2/4 --pages 1,3-5 --append");
   copy->callback([&context] { CopyPages(context, request); });
 }

@@ -115,8 +115,9 @@ void ListFloors(Context& context) {
   if (context.json) PrintJson({{"data_root", root.string()}, {"floors", floors}});
 }
 
-void NewFloor(Context& context, const std::string& text) {
-  const Floor floor = context.ResolveFloor(text);
+}  // namespace
+
+bool MakeFloor(Context& context, const Floor& floor) {
   if (!floor.numbers)
     throw UsageError("a new floor is named Z/K/F, or by its folder under the data root");
   const bool existed = fs::exists(floor.FloorFile());
@@ -133,7 +134,19 @@ void NewFloor(Context& context, const std::string& text) {
   CallByName(service, "CurKoujiNo", CallKind::PropertyPut, floor.numbers->kouji);
   CallByName(service, "CurKaiNo", CallKind::PropertyPut, floor.numbers->kai);
   CallByName(service, "OpenDB_Sitei", CallKind::Method, std::int16_t{1});
+  // Opened again as a client reading the floor opens it, which adds the
+  // tables the single upgrade step of OpenDB_Sitei leaves out: a new floor
+  // has every table the other members use.
+  CallByName(service, "CurrKai", CallKind::PropertyPut, floor.folder);
   CallByName(service, "CloseDB", CallKind::Method);
+  return existed;
+}
+
+namespace {
+
+void NewFloor(Context& context, const std::string& text) {
+  const Floor floor = context.ResolveFloor(text);
+  const bool existed = MakeFloor(context, floor);
   if (context.json)
     PrintJson({{"floor", text}, {"folder", floor.native_folder.string()}, {"created", !existed}});
   else

@@ -38,11 +38,20 @@ Error Naming(const Error& error, const std::filesystem::path& file) {
                error.description + " (migrating " + file.filename().string() + ")");
 }
 
+// Whether a database file of the floor is a legacy one; raises 3343 saying
+// what it is for a file that is neither legacy nor ours, which no migration
+// can make a floor of.
 bool IsLegacyFile(const std::filesystem::path& path) {
   try {
     return db::Connection::KindOf(path, path.string()) == db::FileKind::Jet;
-  } catch (const Error&) {
-    return false;  // neither ours nor Jet: not a floor file, left alone
+  } catch (const Error& error) {
+    if (error.number != errc::kUnrecognizedFormat) throw;
+    std::error_code ignored;
+    RaiseExplained(errc::kUnrecognizedFormat, path.string(),
+                   std::string(std::filesystem::file_size(path, ignored) == 0 ? "an empty file"
+                                                                              : "no database") +
+                       ": neither a legacy Jet file nor a file of this library; nothing was "
+                       "migrated");
   }
 }
 
@@ -167,10 +176,16 @@ MigrationReport MigrateFloor(const std::string& folder_text, bool salvage) {
 
   MigrationReport report{folder_text, salvage, {}, {}};
   std::vector<std::string> legacy_files;
+  // Every file judged before any is converted.
+  std::vector<std::string> names = DatabaseFiles(folder);
+  std::vector<bool> legacy;
+  for (const std::string& name : names)
+    legacy.push_back(IsLegacyFile(folder / name));
   try {
-    for (const std::string& name : DatabaseFiles(folder)) {
+    for (std::size_t i = 0; i < names.size(); ++i) {
+      const std::string& name = names[i];
       std::filesystem::path file = folder / name;
-      if (!IsLegacyFile(file)) {
+      if (!legacy[i]) {
         report.files.push_back({name, false, {}});
         continue;
       }

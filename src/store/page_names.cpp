@@ -9,9 +9,11 @@ std::int16_t clsSeluVorneDataService::No_GetAllPageNoName(std::int16_t ZeneNo, s
                                                           vb::Array<std::int16_t>& rPageNo,
                                                           vb::Array<std::string>& rPageName) {
   // The floor stays open between calls; it is opened again for other numbers,
-  // and when another member has closed it meanwhile (a page copy does).
+  // and when another member has closed it meanwhile (a page copy does). A
+  // current number of -1 (a new object, a failed open) answers -1 unlooked.
   const bool same_floor = ZeneNo == CurZeneNo && KoujiNo == CurKoujiNo && KaiNo == CurKaiNo;
-  if (!same_floor || !KutaiDb || !KutaiDb->IsOpen()) {
+  const bool known_floor = CurZeneNo != -1 && CurKoujiNo != -1 && CurKaiNo != -1;
+  if (!same_floor || (known_floor && (!KutaiDb || !KutaiDb->IsOpen()))) {
     if (KutaiDb && KutaiDb->IsOpen()) KutaiDb->Close();
     CurZeneNo = ZeneNo;
     CurKoujiNo = KoujiNo;

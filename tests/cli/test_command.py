@@ -141,3 +141,29 @@ def test_check_finds_rows_the_directory_does_not_list(root, tmp_path):
     done = run(root, "check", "2/1/1", expect=1)
     assert "KUTAIDATA holds rows of page 4" in done.stdout
     assert done.stderr.startswith("check: ")
+
+
+def test_a_new_floor_serves_every_subcommand(root):
+    """A floor the command made is a source and a destination like any other;
+    a copy to a floor that is not there says what to do and makes nothing."""
+    run(root, "new", "1/1/5")
+    run(root, "copy", "1/1/3", "1/1/5", "--pages", "2", "--append")
+    missing = run(root, "copy", "1/1/5", "1/1/6", "--pages", "1", expect=1)
+    assert "`seluvorne new 1/1/6` creates it" in missing.stderr and "progress" not in missing.stderr
+    assert not (root / "Zene1" / "Kouji1" / "6kai").exists()
+    run(root, "copy", "1/1/5", "1/1/6", "--pages", "1", "--create")
+    assert run_json(root, "pages", "1/1/6")["pages"][0]["grid_name"] == \
+        run_json(root, "pages", "1/1/3")["pages"][1]["grid_name"]
+
+
+@pytest.mark.parametrize("fixture", ["empty.mdb", "not-a-database.mdb"])
+def test_migrate_refuses_a_file_neither_legacy_nor_ours(root, fixture):
+    folder = root / "Zene3" / "Kouji1" / "1kai"
+    folder.mkdir(parents=True, exist_ok=True)
+    source = os.path.join(os.path.dirname(__file__), "..", "fixtures", "jet", "broken", fixture)
+    content = open(source, "rb").read()
+    (folder / "SELUVORN.mdb").write_bytes(content)
+    done = run(root, "migrate", "3/1/1", expect=1)
+    assert done.stderr.startswith("error 3343: ") and "neither a legacy Jet file" in done.stderr
+    assert sorted(p.name for p in folder.iterdir()) == ["SELUVORN.mdb"]
+    assert (folder / "SELUVORN.mdb").read_bytes() == content

@@ -271,6 +271,9 @@ TEST_F(PageCopyTest, WithoutAProgressObjectTheCopyRaises91BeforeAnyPage) {
 TEST_F(PageCopyTest, TheDirectoryOfAFloorWithoutAFileIsEmptyAndNothingIsCreated) {
   vb::Array<std::int16_t> pages;
   vb::Array<std::string> names;
+  fakes.ClearLog();  // a new object's floor is -1/-1/-1: answered unlooked
+  EXPECT_EQ(service->No_GetAllPageNoName(-1, -1, -1, pages, names), -1);
+  EXPECT_THAT(fakes.Log(), IsEmpty());
   EXPECT_EQ(service->No_GetAllPageNoName(4, 5, 6, pages, names), -1);
   EXPECT_EQ(service->CurZeneNo, -1);
   EXPECT_FALSE(std::filesystem::exists(Native(destination + "\\SELUVORN.mdb")));
