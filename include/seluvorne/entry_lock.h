@@ -30,8 +30,15 @@ namespace detail {
 // and starting a thread publishes every store made before it, so a lock
 // taken with a plain store is rightly given back with an exchange.
 // 0: free; 1: held; 2: held, and someone may be waiting.
-inline constinit std::atomic<int> library_lock{0};
-inline constinit thread_local int library_entries = 0;  // this thread's, now open
+//
+// Both live in libseluvorne alone (entry_lock.cpp), not as inline variables:
+// a module loaded privately beside it (a Python extension, a plugin) would
+// otherwise carry a lock of its own, and two locks guard nothing. The count
+// is in the initial-exec TLS model, so that reaching it from the hot path is
+// one load, not a call.
+extern std::atomic<int> library_lock;
+extern thread_local int library_entries
+    __attribute__((tls_model("initial-exec")));  // this thread's, now open
 
 void WaitForLibrary(int seen);  // sleeps until this thread has the lock
 void WakeLibraryWaiter();

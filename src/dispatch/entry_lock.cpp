@@ -2,6 +2,9 @@
 
 namespace seluvorne::detail {
 
+constinit std::atomic<int> library_lock{0};
+constinit thread_local int library_entries = 0;
+
 // The lock is another thread's: mark it contended and sleep until it is
 // given back.
 void WaitForLibrary(int seen) {
