@@ -20,6 +20,17 @@ done >"$work/all_headers.cpp"
 c++ -std=c++20 -fsyntax-only -I"$prefix/include" "$work/all_headers.cpp" ||
   fail "an installed header does not compile against the installed headers alone"
 
+# Every installed header's code is in the library: a client referencing one
+# function of each links against the installed library alone.
+for header in "$prefix"/include/seluvorne/*.h; do
+  grep -q "#include \"seluvorne/$(basename "$header")\"" "$source/tests/package/every_header.cpp" ||
+    fail "tests/package/every_header.cpp does not use the installed header $(basename "$header")"
+done
+c++ -std=c++20 -I"$prefix/include" "$source/tests/package/every_header.cpp" -o "$work/every_header" \
+  -L"$prefix/lib" -lseluvorne -Wl,-rpath,"$prefix/lib" ||
+  fail "a client of every installed header does not link against the installed library"
+"$work/every_header"
+
 # What clients inherit carries none of our own warning options.
 if grep -q -- '-W' "$prefix"/lib/cmake/SeluVorneDS/SeluVorneDSTargets*.cmake "$prefix"/lib/pkgconfig/seluvorne.pc; then
   fail "the exported target or seluvorne.pc carries warning options"
