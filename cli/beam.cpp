@@ -13,10 +13,16 @@ template <class... A>
 vb::Variant Call(const Object& object, std::string_view member, const A&... args) {
   return CallByName(object, member, CallKind::Method, args...);
 }
-double Real(const vb::Variant& value) { return vb::CDbl(value); }
-std::string Text(const vb::Variant& value) { return vb::CStr(value); }
+double Real(const vb::Variant& value) {
+  return vb::CDbl(value);
+}
+std::string Text(const vb::Variant& value) {
+  return vb::CStr(value);
+}
 
-std::string Number(double value) { return fmt::format("{:g}", value); }
+std::string Number(double value) {
+  return fmt::format("{:g}", value);
+}
 
 }  // namespace
 
@@ -70,23 +76,24 @@ nlohmann::json BeamJson(const Beam& beam) {
     nlohmann::json points = nlohmann::json::array();
     for (const auto& point : s.change_points)
       points.push_back({{"distance", point.distance}, {"level", point.level}});
-    spans.push_back({{"span", k + 1},
-                     {"grid_name", s.grid_name},
-                     {"length", s.length},
-                     {"column_left", s.column_left},
-                     {"column_right", s.column_right},
-                     {"clear_span", s.clear_span},
-                     {"top_level", s.top_level},
-                     {"eccentricity", {{"top", s.eccentricity_top}, {"bottom", s.eccentricity_bottom}}},
-                     {"beam_name", s.beam_name},
-                     {"depth", {{"left", s.depth_left}, {"right", s.depth_right}}},
-                     {"haunches",
-                      {{"left_top", s.haunch_left_top},
-                       {"left_bottom", s.haunch_left_bottom},
-                       {"right_top", s.haunch_right_top},
-                       {"right_bottom", s.haunch_right_bottom}}},
-                     {"change_points", points},
-                     {"anchorage", {{"left", s.anchorage_left}, {"right", s.anchorage_right}}}});
+    spans.push_back(
+        {{"span", k + 1},
+         {"grid_name", s.grid_name},
+         {"length", s.length},
+         {"column_left", s.column_left},
+         {"column_right", s.column_right},
+         {"clear_span", s.clear_span},
+         {"top_level", s.top_level},
+         {"eccentricity", {{"top", s.eccentricity_top}, {"bottom", s.eccentricity_bottom}}},
+         {"beam_name", s.beam_name},
+         {"depth", {{"left", s.depth_left}, {"right", s.depth_right}}},
+         {"haunches",
+          {{"left_top", s.haunch_left_top},
+           {"left_bottom", s.haunch_left_bottom},
+           {"right_top", s.haunch_right_top},
+           {"right_bottom", s.haunch_right_bottom}}},
+         {"change_points", points},
+         {"anchorage", {{"left", s.anchorage_left}, {"right", s.anchorage_right}}}});
   }
   return {{"page", beam.page},
           {"grid_name", beam.grid_name},
@@ -105,8 +112,10 @@ void PrintBeam(const Beam& beam, const std::string& floor) {
   for (std::size_t k = 0; k < beam.spans.size(); ++k) {
     const SpanRow& s = beam.spans[k];
     std::string haunches;
-    for (const auto& [name, text] : {std::pair{"LT", &s.haunch_left_top}, {"LB", &s.haunch_left_bottom},
-                                     {"RT", &s.haunch_right_top}, {"RB", &s.haunch_right_bottom}})
+    for (const auto& [name, text] : {std::pair{"LT", &s.haunch_left_top},
+                                     {"LB", &s.haunch_left_bottom},
+                                     {"RT", &s.haunch_right_top},
+                                     {"RB", &s.haunch_right_bottom}})
       if (!text->empty()) haunches += fmt::format("{}={} ", name, *text);
     fmt::print("{:>4} {:<8} {:>7} {:>6} {:>6} {:>7} {:>6} {:>9} {:<8} {:>9}  {}\n", k + 1,
                s.grid_name, Number(s.length), Number(s.column_left), Number(s.column_right),
@@ -114,11 +123,13 @@ void PrintBeam(const Beam& beam, const std::string& floor) {
                Number(s.eccentricity_top) + "/" + Number(s.eccentricity_bottom), s.beam_name,
                Number(s.depth_left) + "/" + Number(s.depth_right), haunches);
     for (const auto& point : s.change_points)
-      fmt::print("       change point at {} mm: top {}\n", Number(point.distance), Number(point.level));
+      fmt::print("       change point at {} mm: top {}\n", Number(point.distance),
+                 Number(point.level));
     auto anchorage = [](const std::vector<std::string>& entries) {
       return fmt::format("{}", fmt::join(entries, " / "));
     };
-    if (!(s.anchorage_left[0] + s.anchorage_left[1] + s.anchorage_right[0] + s.anchorage_right[1]).empty())
+    if (!(s.anchorage_left[0] + s.anchorage_left[1] + s.anchorage_right[0] + s.anchorage_right[1])
+             .empty())
       fmt::print("       anchorage left {}  right {}\n", anchorage(s.anchorage_left),
                  anchorage(s.anchorage_right));
   }

@@ -13,8 +13,8 @@
 namespace seluvorne::cli {
 
 struct SpanRow {
-  std::string grid_name;  // the grid line at the span's left column
-  double length = 0;      // centre to centre
+  std::string grid_name;                     // the grid line at the span's left column
+  double length = 0;                         // centre to centre
   double column_left = 0, column_right = 0;  // widths of the left column about its centre line
   double clear_span = 0;
   double top_level = 0;

@@ -22,10 +22,10 @@ vb::Variant Call(const Object& object, std::string_view member, const A&... args
 // "*001002" as 1-based pages; "NoFile" is the library's word for a floor it
 // could not open.
 std::vector<int> UnpackPages(const std::string& packed, const Floor& floor) {
-  if (packed == "NoFile") throw Error(3024, "seluvorne", "Could not find file '" +
-                                                             floor.FloorFile().string() + "'.");
+  if (packed == "NoFile") Raise(3024, floor.FloorFile().string(), "seluvorne");
   std::vector<int> pages;
-  for (std::size_t i = 1; i + 3 <= packed.size(); i += 3) pages.push_back(std::stoi(packed.substr(i, 3)));
+  for (std::size_t i = 1; i + 3 <= packed.size(); i += 3)
+    pages.push_back(std::stoi(packed.substr(i, 3)));
   return pages;
 }
 
@@ -44,8 +44,7 @@ Object OpenPage(Context& context, const Floor& floor, int page) {
   const std::int16_t stored = StoredPage(page);
   for (std::int16_t i = 0; i <= last; ++i)
     if (listed(i) == stored) return service;
-  throw Error(3021, "seluvorne",
-              fmt::format("No current record. (floor {} has no page {})", floor.text, page));
+  Fail(3021, "", fmt::format("floor {} has no page {}", floor.text, page));
 }
 
 void ListPages(Context& context, const std::string& text, const std::string& kind) {
@@ -68,7 +67,8 @@ void ListPages(Context& context, const std::string& text, const std::string& kin
     const std::int16_t kind_code = vb::CInt(Call(service, "GetKindByPage", Ref(asked)));
     const std::int16_t spans = vb::CInt(Call(service, "InitKutaiData", stored));
     double length = 0;
-    for (std::int16_t k = 0; k < spans; ++k) length += vb::CDbl(Call(service, "GetSpanTyou", k));
+    for (std::int16_t k = 0; k < spans; ++k)
+      length += vb::CDbl(Call(service, "GetSpanTyou", k));
     if (context.json)
       rows.push_back({{"page", page},
                       {"grid_name", grid},
@@ -110,8 +110,7 @@ void DrawBeam(Context& context, const std::string& text, int page, const std::st
   Object service = OpenPage(context, floor, page);
   const Beam beam = ReadBeam(service, page);
   if (beam.spans.empty())
-    throw Error(5, "seluvorne", fmt::format("Invalid procedure call or argument (page {} of {} "
-                                            "has no spans to draw)", page, floor.text));
+    Fail(5, "", fmt::format("page {} of {} has no spans to draw", page, floor.text));
   drawing::WriteElevation(Elevation(beam, floor.text), output, ratio);
   if (context.json)
     PrintJson({{"floor", text}, {"page", page}, {"file", output}, {"scale", ratio}});
@@ -139,8 +138,9 @@ void AddBeamCommands(CLI::App& app, Context& context) {
   static int page = 0;
   static bool multi = false;
 
-  auto* pages = app.add_subcommand("pages", "the floor's beams: page, grid line, locations, kind, "
-                                            "spans, length");
+  auto* pages = app.add_subcommand("pages",
+                                   "the floor's beams: page, grid line, locations, kind, "
+                                   "spans, length");
   pages->add_option("FLOOR", floor, "Z/K/F or a floor folder")->required();
   pages->add_option("--kind", kind, "girder, secondary or all")
       ->check(CLI::IsMember({"girder", "secondary", "all"}));
@@ -161,8 +161,9 @@ void AddBeamCommands(CLI::App& app, Context& context) {
   draw->footer("Example: seluvorne draw 1/2/3 4 -o beam.svg --scale 1:50");
   draw->callback([&context] { DrawBeam(context, floor, page, output, scale); });
 
-  auto* select = app.add_subcommand("select", "open the beam selection dialog; prints the packed "
-                                              "page list it answers");
+  auto* select = app.add_subcommand("select",
+                                    "open the beam selection dialog; prints the packed "
+                                    "page list it answers");
   select->add_option("FLOOR", floor, "Z/K/F or a floor folder")->required();
   select->add_flag("--multi", multi, "let several beams be chosen");
   select->footer("Example: seluvorne select 1/2/3 --multi   (prints e.g. *001004)");

@@ -55,13 +55,13 @@ Floor Context::ResolveFloor(const std::string& text) {
     FloorNumbers numbers{FloorNumber(parts[1], text), FloorNumber(parts[2], text),
                          FloorNumber(parts[3], text)};
     floor.numbers = numbers;
-    floor.folder = vb::CStr(CallByName(standalone_floor_dirs_, "GetFullPathToKai",
-                                       CallKind::Method, numbers.zene, numbers.kouji,
-                                       numbers.kai));
+    floor.folder = vb::CStr(CallByName(standalone_floor_dirs_, "GetFullPathToKai", CallKind::Method,
+                                       numbers.zene, numbers.kouji, numbers.kai));
   } else {
     if (text.empty()) throw UsageError("a floor is Z/K/F or a floor folder");
     floor.folder = std::filesystem::absolute(NativePath(text)).lexically_normal().string();
-    while (floor.folder.size() > 1 && floor.folder.back() == '/') floor.folder.pop_back();
+    while (floor.folder.size() > 1 && floor.folder.back() == '/')
+      floor.folder.pop_back();
     // A folder under the data root laid out as Zene<z>/Kouji<k>/<f>kai has numbers too.
     const auto root = std::filesystem::absolute(NativePath(DataRoot())).lexically_normal();
     const auto relative = std::filesystem::path(floor.folder).lexically_relative(root);
@@ -77,9 +77,8 @@ Floor Context::ResolveFloor(const std::string& text) {
 
 void Context::RequireFloorFile(const Floor& floor) {
   if (!std::filesystem::exists(floor.FloorFile()))
-    throw Error(3024, "seluvorne",
-                "Could not find file '" + floor.FloorFile().string() + "'. (no floor " +
-                    floor.text + "; `seluvorne new " + floor.text + "` creates it)");
+    Fail(3024, floor.FloorFile().string(),
+         "no floor " + floor.text + "; `seluvorne new " + floor.text + "` creates it");
 }
 
 void Context::SetCurrentFloor(const Floor& floor) {
@@ -124,7 +123,8 @@ std::vector<int> ParsePageList(const std::string& text) {
       const int first = number(item.substr(0, dash));
       const int last = number(item.substr(dash + 1));
       if (last < first) throw UsageError("a page range runs upwards: '" + item + "'");
-      for (int page = first; page <= last; ++page) pages.push_back(page);
+      for (int page = first; page <= last; ++page)
+        pages.push_back(page);
     }
     start = comma + 1;
   }

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "seluvorne/dispatch.h"
+#include "seluvorne/error.h"
 
 namespace seluvorne::cli {
 
@@ -39,6 +40,12 @@ struct Floor {
   std::optional<FloorNumbers> numbers;  // known for Z/K/F and for folders under the root
   std::filesystem::path FloorFile() const { return native_folder / "SELUVORN.mdb"; }
 };
+
+// Raises the command's error `number`: the runtime's standard text (its
+// placeholder filled with `detail`), then `explanation` in parentheses.
+[[noreturn]] inline void Fail(int number, std::string_view detail, std::string_view explanation) {
+  RaiseExplained(number, detail, explanation, "seluvorne");
+}
 
 class Context {
  public:

@@ -124,10 +124,7 @@ bool MakeFloor(Context& context, const Floor& floor) {
   // The library makes the floor's files, not its folder.
   std::error_code error;
   fs::create_directories(floor.native_folder, error);
-  if (error)
-    throw Error(
-        75, "seluvorne",
-        "Path/File access error (" + floor.native_folder.string() + ": " + error.message() + ")");
+  if (error) Fail(75, "", floor.native_folder.string() + ": " + error.message());
   Object service = context.NewService();
   CallByName(service, "FloorCompanion", CallKind::PropertyPut, CreateObject(kFloorCompanionProgId));
   CallByName(service, "CurZeneNo", CallKind::PropertyPut, floor.numbers->zene);
@@ -274,22 +271,16 @@ void CheckFloor(Context& context, const std::string& text, bool fix) {
 void WriteSampleFloor(Context& context, const std::string& text) {
   const Floor floor = context.ResolveFloor(text);
   if (fs::exists(floor.FloorFile()))
-    throw Error(3204, "seluvorne",
-                "Database already exists. (" + floor.FloorFile().string() +
-                    "; the sample goes into a new floor)");
+    Fail(3204, "", floor.FloorFile().string() + "; the sample goes into a new floor");
   const fs::path roster = fs::path(context.DataRoot()) / "roster.json";
   const bool new_roster = !fs::exists(roster);
   std::error_code error;
   fs::create_directories(floor.native_folder, error);
-  if (error)
-    throw Error(
-        75, "seluvorne",
-        "Path/File access error (" + floor.native_folder.string() + ": " + error.message() + ")");
+  if (error) Fail(75, "", floor.native_folder.string() + ": " + error.message());
   if (new_roster) {
     std::ofstream file(roster, std::ios::binary);
     file << sample::OfficeRosterJson();
-    if (!file.flush())
-      throw Error(75, "seluvorne", "Path/File access error (" + roster.string() + ")");
+    if (!file.flush()) Fail(75, "", roster.string());
   }
   const std::vector<sample::SampleBeam> beams = sample::OfficeFloor();
   sample::WriteSampleFloor(floor.folder, beams);

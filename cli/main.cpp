@@ -26,9 +26,10 @@ namespace {
 
 int Run(int argc, char** argv) {
   Context context;
-  CLI::App app{"Beam floors of a building at the terminal: list floors and beams, show and draw "
-               "a beam, copy, export and import pages, check floors.",
-               "seluvorne"};
+  CLI::App app{
+      "Beam floors of a building at the terminal: list floors and beams, show and draw "
+      "a beam, copy, export and import pages, check floors.",
+      "seluvorne"};
   app.set_version_flag("--version", std::string("seluvorne ") + SELUVORNE_VERSION);
   app.require_subcommand(1);
   app.fallthrough();
@@ -76,4 +77,6 @@ int Run(int argc, char** argv) {
 }  // namespace
 }  // namespace seluvorne::cli
 
-int main(int argc, char** argv) { return seluvorne::cli::Run(argc, argv); }
+int main(int argc, char** argv) {
+  return seluvorne::cli::Run(argc, argv);
+}

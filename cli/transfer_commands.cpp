@@ -23,7 +23,8 @@ constexpr const char* kFormat = "seluvorne-pages 1";
 
 std::vector<std::string> PageTables() {
   std::vector<std::string> names;
-  for (const frame::TableSchema& table : frame::kFloorTables) names.emplace_back(table.name);
+  for (const frame::TableSchema& table : frame::kFloorTables)
+    names.emplace_back(table.name);
   names.emplace_back(frame::kSpanTopTable.name);
   names.emplace_back(frame::kSpanTanJoilTable.name);
   return names;
@@ -48,22 +49,25 @@ vb::Variant VariantValue(const nlohmann::json& value, const std::string& where) 
   if (value.is_null()) return vb::Variant(vb::NullValue{});
   if (value.is_string()) return vb::Variant(value.get<std::string>());
   if (value.is_number_integer()) return vb::Variant(value.get<std::int32_t>());
-  throw Error(13, "seluvorne", "Type mismatch (" + where + ": " + value.dump() + ")");
+  Fail(13, "", where + ": " + value.dump());
 }
 
 nlohmann::json ExportPage(dao::Database& db, int page) {
   nlohmann::json tables = nlohmann::json::object();
   bool listed = false;
   for (const std::string& table : PageTables()) {
-    auto rows = db.OpenRecordset(
-        fmt::format("SELECT * FROM {} WHERE PAGE = {};", table, StoredPage(page)), dao::dbOpenSnapshot);
+    auto rows =
+        db.OpenRecordset(fmt::format("SELECT * FROM {} WHERE PAGE = {};", table, StoredPage(page)),
+                         dao::dbOpenSnapshot);
     nlohmann::json fields = nlohmann::json::array();
     auto columns = rows->Fields();
-    for (std::int32_t i = 0; i < columns->Count(); ++i) fields.push_back(columns->Item(i)->Name());
+    for (std::int32_t i = 0; i < columns->Count(); ++i)
+      fields.push_back(columns->Item(i)->Name());
     nlohmann::json values = nlohmann::json::array();
     while (!rows->IsEOF()) {
       nlohmann::json row = nlohmann::json::array();
-      for (std::int32_t i = 0; i < columns->Count(); ++i) row.push_back(JsonValue(columns->Item(i)->Value()));
+      for (std::int32_t i = 0; i < columns->Count(); ++i)
+        row.push_back(JsonValue(columns->Item(i)->Value()));
       values.push_back(row);
       rows->MoveNext();
     }
@@ -71,8 +75,7 @@ nlohmann::json ExportPage(dao::Database& db, int page) {
     if (table == "TOORIMEI") listed = !values.empty();
     tables[table] = {{"fields", fields}, {"rows", values}};
   }
-  if (!listed)
-    throw Error(3021, "seluvorne", fmt::format("No current record. (no page {} on the floor)", page));
+  if (!listed) Fail(3021, "", fmt::format("no page {} on the floor", page));
   return {{"page", page}, {"tables", tables}};
 }
 
@@ -81,8 +84,10 @@ void ExportPages(Context& context, const std::string& text, const std::string& l
   const Floor floor = context.ResolveFloor(text);
   const std::vector<int> pages = ParsePageList(list);
   auto db = OpenFloor(context, floor);
-  nlohmann::json exported = {{"format", kFormat}, {"floor", text}, {"pages", nlohmann::json::array()}};
-  for (int page : pages) exported["pages"].push_back(ExportPage(*db, page));
+  nlohmann::json exported = {
+      {"format", kFormat}, {"floor", text}, {"pages", nlohmann::json::array()}};
+  for (int page : pages)
+    exported["pages"].push_back(ExportPage(*db, page));
   db->Close();
   const std::string dumped = exported.dump(1, ' ', false) + "\n";
   if (output.empty() || output == "-") {
@@ -91,23 +96,23 @@ void ExportPages(Context& context, const std::string& text, const std::string& l
   }
   std::ofstream file(output, std::ios::binary | std::ios::trunc);
   file << dumped;
-  if (!file.flush()) throw Error(75, "seluvorne", "Path/File access error (" + output + ")");
+  if (!file.flush()) Fail(75, "", output);
   fmt::print(stderr, "exported {} page{} of {} to {}\n", pages.size(), pages.size() == 1 ? "" : "s",
              text, output);
 }
 
 void ImportPages(Context& context, const std::string& text, const std::string& input, int to) {
   std::ifstream file(input, std::ios::binary);
-  if (!file) throw Error(53, "seluvorne", "File not found (" + input + ")");
+  if (!file) Fail(53, "", input);
   nlohmann::json document;
   try {
     document = nlohmann::json::parse(file);
   } catch (const nlohmann::json::exception& error) {
-    throw Error(13, "seluvorne", "Type mismatch (" + input + " is not JSON: " + error.what() + ")");
+    Fail(13, "", input + " is not JSON: " + error.what());
   }
   if (!document.is_object() || document.value("format", "") != kFormat ||
       !document["pages"].is_array())
-    throw Error(13, "seluvorne", "Type mismatch (" + input + " is not a page export of this tool)");
+    Fail(13, "", input + " is not a page export of this tool");
 
   const Floor floor = context.ResolveFloor(text);
   auto db = OpenFloor(context, floor);
@@ -118,7 +123,8 @@ void ImportPages(Context& context, const std::string& text, const std::string& i
     const std::int16_t stored = StoredPage(shown);
     // The page's rows are replaced, every table's, SPANTOP and SPANTANJOIL included.
     for (const std::string& table : tables)
-      db->Execute(fmt::format("DELETE * FROM {} WHERE PAGE = {} ;", table, stored), dao::dbFailOnError);
+      db->Execute(fmt::format("DELETE * FROM {} WHERE PAGE = {} ;", table, stored),
+                  dao::dbFailOnError);
     for (const std::string& table : tables) {
       if (!page["tables"].contains(table)) continue;
       const nlohmann::json& data = page["tables"][table];
@@ -136,7 +142,8 @@ void ImportPages(Context& context, const std::string& text, const std::string& i
       }
       rows->Close();
     }
-    if (!context.json) fmt::print("imported page {} as page {} of {}\n", page.value("page", 0), shown, text);
+    if (!context.json)
+      fmt::print("imported page {} as page {} of {}\n", page.value("page", 0), shown, text);
   }
   db->Close();
   if (context.json) PrintJson({{"floor", text}, {"pages", document["pages"].size()}});

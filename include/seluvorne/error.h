@@ -88,8 +88,9 @@ Error MakeError(int number, std::string_view detail = {}, std::string_view sourc
 [[noreturn]] void Raise(int number, std::string_view detail = {},
                         std::string_view source = kLibrarySource);
 
-// Raises MakeError(number, detail) with `explanation` after its description,
-// in parentheses: what was found and what to do about it.
-[[noreturn]] void RaiseExplained(int number, std::string_view detail, std::string_view explanation);
+// Raises MakeError(number, detail, source) with `explanation` after its
+// description, in parentheses: what was found and what to do about it.
+[[noreturn]] void RaiseExplained(int number, std::string_view detail, std::string_view explanation,
+                                 std::string_view source = kLibrarySource);
 
 }  // namespace seluvorne

@@ -77,7 +77,8 @@ double LevelAt(const std::vector<Point>& line, double x) {
 }
 
 void Check(bool condition, const char* what) {
-  if (!condition) throw Error(5, "SeluVorneDS.drawing", std::string("Invalid beam: ") + what);
+  if (!condition)
+    RaiseExplained(5, "", std::string("invalid beam: ") + what, "SeluVorneDS.drawing");
 }
 
 }  // namespace

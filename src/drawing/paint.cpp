@@ -132,12 +132,13 @@ void Paint(QPainter& painter, const ElevationLayout& layout, const Sheet& sheet)
 }  // namespace
 
 void WriteElevation(const BeamElevation& beam, const std::filesystem::path& file, double scale) {
-  if (!(scale > 0)) throw Error(5, "SeluVorneDS.drawing", "Invalid scale");
+  if (!(scale > 0)) RaiseExplained(5, "", "the scale must be above 0", "SeluVorneDS.drawing");
   const std::string extension = file.extension().string();
   const bool svg = extension == ".svg" || extension == ".SVG";
   const bool png = extension == ".png" || extension == ".PNG";
   if (!svg && !png)
-    throw Error(5, "SeluVorneDS.drawing", "A drawing is written as .svg or .png: " + file.string());
+    RaiseExplained(5, "", "a drawing is written as .svg or .png: " + file.string(),
+                   "SeluVorneDS.drawing");
   const ElevationLayout layout = LayoutElevation(beam);
   ui::EnsureApplication();
 
@@ -152,8 +153,7 @@ void WriteElevation(const BeamElevation& beam, const std::filesystem::path& file
     generator.setViewBox(QRect(QPoint(0, 0), sheet.size()));
     generator.setTitle(QString::fromStdString(layout.title.front()));
     QPainter painter;
-    if (!painter.begin(&generator))
-      throw Error(75, "SeluVorneDS.drawing", "Path/File access error: " + file.string());
+    if (!painter.begin(&generator)) RaiseExplained(75, "", file.string(), "SeluVorneDS.drawing");
     Paint(painter, layout, sheet);
     painter.end();
   } else {
@@ -163,8 +163,7 @@ void WriteElevation(const BeamElevation& beam, const std::filesystem::path& file
     QPainter painter(&image);
     Paint(painter, layout, sheet);
     painter.end();
-    if (!image.save(name, "PNG"))
-      throw Error(75, "SeluVorneDS.drawing", "Path/File access error: " + file.string());
+    if (!image.save(name, "PNG")) RaiseExplained(75, "", file.string(), "SeluVorneDS.drawing");
   }
 }
 

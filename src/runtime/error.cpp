@@ -109,8 +109,9 @@ void Raise(int number, std::string_view detail, std::string_view source) {
   throw MakeError(number, detail, source);
 }
 
-void RaiseExplained(int number, std::string_view detail, std::string_view explanation) {
-  Error error = MakeError(number, detail);
+void RaiseExplained(int number, std::string_view detail, std::string_view explanation,
+                    std::string_view source) {
+  Error error = MakeError(number, detail, source);
   throw Error(error.number, error.source,
               error.description + " (" + std::string(explanation) + ")");
 }
