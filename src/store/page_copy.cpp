@@ -108,7 +108,6 @@ bool clsSeluVorneDataService::CopyPageList(
   copy_merge_bar_.Min(0);
   copy_merge_bar_.Max(vb::CInt(iMotoPageMax + 1));
   copy_merge_bar_.Value(0);
-  const auto solver = frame::SolverRecords::Create();
   if (iMode != 1 || !result) return result;
 
   rebar.Buzai(std::string(kBeamRebar));
@@ -167,8 +166,6 @@ bool clsSeluVorneDataService::No_Copy1Page(std::int16_t iMotoZeneNo, std::int16_
     pPageNo = iMotoPageNo;
     ReadDB();
     CloseDB();
-  }
-  if (read) {
     copy_path_ = GetFileName(saki_folder);
     OpenDB_Sitei_Copy(copy_path_);
     pPageNo = iSakiPageNo;
