@@ -108,6 +108,7 @@ bool clsSeluVorneDataService::CopyPageList(
   copy_merge_bar_.Min(0);
   copy_merge_bar_.Max(vb::CInt(iMotoPageMax + 1));
   copy_merge_bar_.Value(0);
+  const auto solver = frame::SolverRecords::Create();
   if (iMode != 1 || !result) return result;
 
   rebar.Buzai(std::string(kBeamRebar));
