@@ -21,23 +21,25 @@ BUILD = os.path.join(ROOT, "build-mutants")
 JOURNAL = os.path.join(BUILD, "mutant-in-progress.json")
 
 # ---------------------------------------------------------------- operators
-# Each operator: name -> (regex on the masked line, replacement function).
+# Each operator: name -> (regex on the masked line, replacement of the match given
+# the match and the original line; groups of the masked line index the original).
 # Binary operators need spaces on both sides, which keeps template brackets,
 # pointers and stream operators out.
 def _swap(table):
-    return lambda m: " " + table[m.group(1)] + " "
+    return lambda m, line: " " + table[m.group(1)] + " "
 
 CMP = {"<": ">=", ">": "<=", "<=": "<", ">=": ">", "==": "!=", "!=": "=="}
 LOGIC = {"&&": "||", "||": "&&"}
 OPERATORS = {
     "cmp": (re.compile(r" (<=|>=|==|!=|<|>) "), _swap(CMP)),
     "logic": (re.compile(r" (&&|\|\|) "), _swap(LOGIC)),
-    "int+1": (re.compile(r"(?<![\w.])\d+(?![\w.'])"), lambda m: str(int(m.group(0)) + 1)),
-    "int-1": (re.compile(r"(?<![\w.])[1-9]\d*(?![\w.'])"), lambda m: str(int(m.group(0)) - 1)),
-    "bool": (re.compile(r"\b(true|false)\b"), lambda m: "false" if m.group(0) == "true" else "true"),
-    "negate": (re.compile(r"\b(if|while) \((.*)\)(?= \{$|$)"), lambda m: "%s (!(%s))" % (m.group(1), m.group(2))),
-    "drop": (re.compile(r"^\s*[A-Za-z_][\w:.>\-]*\(.*\);$"), lambda m: re.match(r"\s*", m.group(0)).group(0) + ";"),
-    "return": (re.compile(r"^\s*return [^;]+;$"), None),  # marker only; see early_return
+    "int+1": (re.compile(r"(?<![\w.])\d+(?![\w.'])"), lambda m, line: str(int(m.group(0)) + 1)),
+    "int-1": (re.compile(r"(?<![\w.])[1-9]\d*(?![\w.'])"), lambda m, line: str(int(m.group(0)) - 1)),
+    "bool": (re.compile(r"\b(true|false)\b"), lambda m, line: "false" if m.group(0) == "true" else "true"),
+    "negate": (re.compile(r"\b(if|while) \((.*)\)(?= \{$|$)"), lambda m, line: "%s (!(%s))" % (m.group(1), line[m.start(2):m.end(2)])),
+    "drop": (re.compile(r"^\s*[A-Za-z_][\w:.>\-]*\(.*\);$"), lambda m, line: re.match(r"\s*", m.group(0)).group(0) + "{}"),
+    # The first statement of a void function, where `return;` compiles.
+    "return": (re.compile(r"^  (?!return\b)\S.*;$"), lambda m, line: "  return; " + line[2:]),
 }
 # Lines where a change is unlikely to compile or to mean anything.
 SKIP_LINE = re.compile(r"^\s*(#|template\b|static_assert|case\b|enum\b|namespace\b|using\b)|\bconstexpr\b|\[\d+\]\s*[;={]")
@@ -66,18 +68,34 @@ def mask(line, in_block):
     return "".join(out), in_block
 
 
-def line_sites(masked):
+def masked_lines(lines):
+    """(line, masked line, context) for each line of a file; the context says whether
+    the line is inside a void function and whether it starts a statement."""
+    in_block, in_void, prev = False, False, ";"
+    for line in lines:
+        masked, in_block = mask(line, in_block)
+        if masked[:1].strip() and masked[:1] not in "{}":  # a definition at column 0
+            in_void = bool(re.match(r"(static )?(inline )?void \S+\(", masked))
+        yield line, masked, {"void": in_void, "starts": prev[-1:] in ";{}:",
+                             "first": prev[:1].strip() != "" and prev.endswith("{")}
+        if masked.strip():
+            prev = masked.rstrip()
+
+
+def line_sites(line, masked, context):
     """(op, occurrence, start, end, replacement) for every mutation of a masked line."""
     if not masked.strip() or SKIP_LINE.search(masked):
         return []
     sites = []
     for op, (rx, repl) in OPERATORS.items():
-        if repl is None:
+        if op in ("return", "drop") and not context["starts"] or op == "return" and not (context["void"] and context["first"]):
             continue
         for k, m in enumerate(rx.finditer(masked)):
             if op == "drop" and re.match(r"^\s*(return|else|delete)\b", masked):
                 continue
-            sites.append((op, k, m.start(), m.end(), repl(m)))
+            if op == "negate" and re.match(r"[\w:<>]+[\s*&]+\w+ = |.*;", m.group(2)):
+                continue  # a declaration or init-statement in the condition
+            sites.append((op, k, m.start(), m.end(), repl(m, line)))
     return sites
 
 
@@ -94,12 +112,11 @@ def scan_file(rel):
     """Every mutant of one source file, named without line numbers."""
     with open(os.path.join(ROOT, rel)) as f:
         lines = f.read().split("\n")
-    seen, out, in_block = {}, [], False
-    for no, line in enumerate(lines, 1):
-        masked, in_block = mask(line, in_block)
+    seen, out = {}, []
+    for line, masked, context in masked_lines(lines):
         h = line_hash(line)
         dup = seen[h] = seen.get(h, -1) + 1  # n-th identical line in the file
-        for site in line_sites(masked):
+        for site in line_sites(line, masked, context):
             op, k = site[0], site[1]
             out.append({"id": "%s:%s.%d:%s.%d" % (rel, h, dup, op, k), "file": rel,
                         "line_hash": h, "dup": dup, "op": op, "occ": k})
@@ -124,11 +141,14 @@ def draw_sample(seed, count):
     files = {d: sorted(source_files(d)) for d in FOLDERS}
     size = {d: sum(code_lines(f) for f in fs) for d, fs in files.items()}
     total = sum(size.values()) or 1
+    share = {d: count * size[d] / total for d in FOLDERS}
+    want = {d: int(share[d]) for d in FOLDERS}
+    for d in sorted(FOLDERS, key=lambda d: want[d] - share[d])[:count - sum(want.values())]:
+        want[d] += 1  # largest remainders first, so the shares add up to count
     sample = []
     for d in FOLDERS:
         sites = [s for f in files[d] for s in scan_file(f)]
-        want = min(len(sites), round(count * size[d] / total))
-        sample += rng.sample(sites, want)
+        sample += rng.sample(sites, min(len(sites), want[d]))
     return sample
 
 
@@ -139,15 +159,14 @@ def locate(mutant):
         return None
     with open(path) as f:
         lines = f.read().split("\n")
-    dup, in_block = -1, False
-    for i, line in enumerate(lines):
-        masked, in_block = mask(line, in_block)
+    dup = -1
+    for i, (line, masked, context) in enumerate(masked_lines(lines)):
         if line_hash(line) != mutant["line_hash"]:
             continue
         dup += 1
         if dup != mutant["dup"]:
             continue
-        for site in line_sites(masked):
+        for site in line_sites(line, masked, context):
             if site[0] == mutant["op"] and site[1] == mutant["occ"]:
                 return i, lines, apply_site(line, masked, site)
     return None
@@ -207,16 +226,18 @@ def object_of(rel):
     return outs[0] if outs else None
 
 
-def ctest_units():
+def ctest_units(skip):
     """Test programs to run: gtest entries of one executable merge into one unit."""
     r = sh(["ctest", "--test-dir", BUILD, "-N", "--show-only=json-v1"])
     units = {}
     for t in json.loads(r.stdout).get("tests", []):
         cmd = t.get("command") or []
+        if not cmd or re.search(skip, t["name"]):
+            continue
         props = {p["name"]: p["value"] for p in t.get("properties", [])}
         gtest = any(a.startswith("--gtest_filter") for a in cmd)
         name = os.path.basename(cmd[0]) if gtest else t["name"]
-        units.setdefault(name, {"name": name, "cmd": [a for a in cmd if not a.startswith("--gtest_filter")],
+        units.setdefault(name, {"name": name, "cmd": [a for a in cmd if not a.startswith(("--gtest_filter", "--gtest_also_run"))],
                                 "cwd": props.get("WORKING_DIRECTORY", BUILD),
                                 "env": props.get("ENVIRONMENT", [])})
     return list(units.values())
@@ -228,10 +249,13 @@ def unit_inputs(unit, outputs):
     for a in unit["cmd"] + [e.split("=", 1)[-1] for e in unit["env"]]:
         for p in re.split(r"[:=]", a):
             p = os.path.relpath(p, BUILD) if os.path.isabs(p) else p
+            if p in ("", ".") or p.startswith(".."):
+                continue
             cands |= {o for o in outputs if o == p or o.startswith(p.rstrip("/") + "/")}
     if not cands:
         return None
-    r = sh(["ninja", "-C", BUILD, "-t", "inputs"] + sorted(cands))
+    unit["targets"] = sorted(cands)
+    r = sh(["ninja", "-C", BUILD, "-t", "inputs"] + unit["targets"])
     return set(r.stdout.split()) | cands
 
 
@@ -244,15 +268,20 @@ def run_unit(unit, timeout, tag):
     env.update(e.split("=", 1) for e in unit["env"] if "=" in e)
     env["PYTEST_ADDOPTS"] = (env.get("PYTEST_ADDOPTS", "") + " --junitxml=" + report).strip()
     cmd = list(unit["cmd"])
-    is_gtest = any(a.startswith("--gtest") for a in cmd) or unit["name"] == os.path.basename(cmd[0])
+    is_gtest = unit["name"] == os.path.basename(cmd[0])
     if is_gtest:
         cmd.append("--gtest_output=json:" + report)
     t0 = time.time()
+    p = subprocess.Popen(cmd, cwd=unit["cwd"], env=env, stdin=subprocess.DEVNULL,
+                         stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, start_new_session=True)
     try:
-        p = subprocess.run(cmd, cwd=unit["cwd"], env=env, capture_output=True, timeout=timeout,
-                           start_new_session=True)
+        p.wait(timeout)
     except subprocess.TimeoutExpired:
         return [unit["name"]], time.time() - t0, True, []
+    finally:
+        if p.poll() is None:  # timeout or Ctrl-C: the whole process group goes
+            os.killpg(p.pid, signal.SIGKILL)
+            p.wait()
     secs = time.time() - t0
     cases, failed = parse_report(unit["name"], report)
     if not cases:
@@ -341,7 +370,7 @@ def run(args):
     if not build():
         sys.exit("the unmutated tree does not build")
     tkey = tests_key()
-    units = ctest_units()
+    units = ctest_units(args.skip)
     base = baseline(units, tkey)
     outputs = set(l.split(":")[0] for l in sh(["ninja", "-C", BUILD, "-t", "targets", "all"]).stdout.splitlines())
     deps = {u["name"]: unit_inputs(u, outputs) for u in units}
@@ -370,9 +399,11 @@ def run_mutant(m, units, deps, base):
     obj = object_of(m["file"])
     mine = [u for u in units if deps[u["name"]] is None or obj is None or obj in deps[u["name"]]]
     mutated = lines[:i] + [after] + lines[i + 1:]
+    # Rebuild only the covering test programs; a test naming no build output needs everything.
+    everything = any("targets" not in u for u in mine)
+    targets = [] if everything else sorted({t for u in mine for t in u["targets"]})
     with Mutated(m["file"], "\n".join(mutated)):
-        targets = sorted({u["cmd"][0] for u in mine if os.path.isabs(u["cmd"][0]) and u["cmd"][0].startswith(BUILD)})
-        if not build([os.path.relpath(t, BUILD) for t in targets] or []) or not build():
+        if mine and not build(targets):
             return dict(rec, status="did not build", seconds=time.time() - t0)
         failed, timeout = [], False
         for u in mine:
@@ -453,6 +484,10 @@ def self_check(args):
         print("ok %-60s %s" % (m["id"], after.strip()[:50]))
 
 
+def interrupt(*_):
+    raise KeyboardInterrupt
+
+
 def main():
     ap = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     ap.add_argument("command", choices=["run", "report", "self-check"], nargs="?", default="run")
@@ -460,8 +495,10 @@ def main():
     ap.add_argument("--count", type=int, default=300)
     ap.add_argument("--results", default=os.path.join(BUILD, "mutants.jsonl"))
     ap.add_argument("--json", action="store_true")
+    ap.add_argument("--skip", default="^package_examples$",
+                    help="ctest names not run (default: the install-and-build-a-client test)")
     args = ap.parse_args()
-    signal.signal(signal.SIGTERM, lambda *_: (_ for _ in ()).throw(KeyboardInterrupt()))
+    signal.signal(signal.SIGTERM, interrupt)
     try:
         {"run": run, "report": report, "self-check": self_check}[args.command](args)
     except KeyboardInterrupt:
