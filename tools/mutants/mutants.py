@@ -243,8 +243,17 @@ def ctest_units(skip):
     return list(units.values())
 
 
+def linked_outputs():
+    """Executables and libraries the build links: path -> rule."""
+    r = sh(["ninja", "-C", BUILD, "-t", "targets", "all"])
+    pairs = (l.rsplit(": ", 1) for l in r.stdout.splitlines() if ": " in l)
+    return {p: rule for p, rule in pairs if "LINKER" in rule}
+
+
 def unit_inputs(unit, outputs):
-    """Build outputs a unit depends on (transitively), or None if it names none."""
+    """Build outputs a unit depends on (transitively), or None if it names none.
+    A path in its command or environment names a linked output, or a folder of them
+    (PYTHONPATH names the folder of the Python module)."""
     cands = set()
     for a in unit["cmd"] + [e.split("=", 1)[-1] for e in unit["env"]]:
         for p in re.split(r"[:=]", a):
@@ -372,7 +381,7 @@ def run(args):
     tkey = tests_key()
     units = ctest_units(args.skip)
     base = baseline(units, tkey)
-    outputs = set(l.split(":")[0] for l in sh(["ninja", "-C", BUILD, "-t", "targets", "all"]).stdout.splitlines())
+    outputs = linked_outputs()
     deps = {u["name"]: unit_inputs(u, outputs) for u in units}
     sample = sample_for(args.seed, args.count)
     done = {r["id"] for r in load_results(args.results) if r["tests_key"] == tkey and r["seed"] == args.seed}
