@@ -416,7 +416,7 @@ def run_mutant(m, units, deps, base):
             return dict(rec, status="did not build", seconds=time.time() - t0)
         failed, timeout = [], False
         for u in mine:
-            limit = 3 * base["units"][u["name"]]["seconds"] + 10
+            limit = 3 * base["units"].get(u["name"], {"seconds": 600})["seconds"] + 10
             f, _, to, _ = run_unit(u, limit, "mut")
             failed += [x for x in f if x not in base["excluded"]]
             timeout |= to
