@@ -4,13 +4,15 @@ BUILD      ?= build
 ASAN_BUILD ?= build-asan
 FUZZ_BUILD ?= build-fuzz
 FUZZ_SECONDS ?= 60
+MUTANTS_SEED  ?= 20261125
+MUTANTS_COUNT ?= 300
 JOBS       ?= $(shell nproc)
 CMAKE_ARGS ?=
 PREFIX     ?= /usr/local
 # What `make demo` builds: only what the tour runs, not the tests.
 DEMO_TARGETS := seluvorne_command seluvorne-jet-reader
 
-.PHONY: help setup build test demo bench asan stress crash crash-pages fuzz format install clean
+.PHONY: help setup build test demo bench asan stress crash crash-pages fuzz format install mutants clean
 
 help:
 	@echo "make demo     set up, build only the command and run its tour on a sample floor"
@@ -24,6 +26,8 @@ help:
 	@echo "make crash    a writer killed at random points, 100 trials (10 in make test)"
 	@echo "make fuzz     fuzz the Jet reader's stream parser for FUZZ_SECONDS (default 60; not in CI)"
 	@echo "make crash-pages  kill writers, WriteDB and page copies 200 times each (not in CI)"
+	@echo "make mutants  mutation testing: which test cases catch which faults (MUTANTS_SEED, MUTANTS_COUNT;"
+	@echo "              resumes where it stopped; hours: nohup make mutants &; see docs/testing.md)"
 	@echo "make format   format the sources with clang-format"
 	@echo "make setup    install the Debian packages the project needs"
 	@echo "make clean    remove the build folders"
@@ -89,8 +93,11 @@ stress: build
 crash: build
 	PYTHONPATH=$(BUILD)/python /usr/bin/python3 tests/stress/crash.py 100
 
+mutants: setup
+	nice /usr/bin/python3 tools/mutants/mutants.py run --seed $(MUTANTS_SEED) --count $(MUTANTS_COUNT)
+
 format:
 	git ls-files --cached --others --exclude-standard '*.cpp' '*.h' | xargs -r clang-format -i
 
 clean:
-	rm -rf $(BUILD) $(ASAN_BUILD) $(FUZZ_BUILD) build-bench
+	rm -rf $(BUILD) $(ASAN_BUILD) $(FUZZ_BUILD) build-bench build-mutants

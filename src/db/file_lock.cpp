@@ -76,11 +76,6 @@ bool FileLock::Sync() const {
   return descriptor_ >= 0 && ::fsync(descriptor_) == 0;
 }
 
-bool FileInUse(const std::filesystem::path& path) {
-  FileLock probe(path);
-  return probe.is_open() && !probe.TryExclusive();
-}
-
 void SyncFolder(const std::filesystem::path& folder) {
   int descriptor =
       ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);

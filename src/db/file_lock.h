@@ -44,10 +44,6 @@ class FileLock {
   int descriptor_ = -1;
 };
 
-// Whether a handle in some process has the file. Opens and closes a
-// descriptor of it: only for a file SQLite does not have open here.
-bool FileInUse(const std::filesystem::path& path);
-
 // Forces a folder's entries (a file linked, renamed or removed) to the disk.
 void SyncFolder(const std::filesystem::path& folder);
 

@@ -167,8 +167,6 @@ bool clsSeluVorneDataService::No_Copy1Page(std::int16_t iMotoZeneNo, std::int16_
     pPageNo = iMotoPageNo;
     ReadDB();
     CloseDB();
-  }
-  if (read) {
     copy_path_ = GetFileName(saki_folder);
     OpenDB_Sitei_Copy(copy_path_);
     pPageNo = iSakiPageNo;

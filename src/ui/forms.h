@@ -15,7 +15,6 @@ class QtForms : public frame::Forms {
   // placements.
   frmSelect& Select() override;
   void UnloadSelect() override;
-  frmSelect* LoadedSelect() const { return select_; }
 
   void ShowKakunin(const std::string& caption) override;
   void UnloadKakunin() override;
