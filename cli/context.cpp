@@ -1,7 +1,12 @@
 #include "context.h"
 
+#include <locale.h>
+#include <wchar.h>
+
+#include <algorithm>
 #include <charconv>
 #include <cstdlib>
+#include <cwchar>
 #include <regex>
 
 #include "command_floor_dirs.h"
@@ -96,8 +101,40 @@ Object Context::NewService() {
   return CreateObject("SeluVorneDS.clsSeluVorneDataService");
 }
 
+namespace {
+
+// The columns a terminal gives `text`: wcwidth's count of each character
+// under a UTF-8 locale, whatever the process's own locale (wide East Asian
+// characters take two, half-width katakana one; a CP932 byte count, the
+// runtime's TextWidth, gives half-width katakana two). An undecodable byte
+// takes one.
+int TerminalWidth(const std::string& text) {
+  static const locale_t utf8 = newlocale(LC_CTYPE_MASK, "C.UTF-8", locale_t{});
+  if (!utf8) return static_cast<int>(text.size());
+  const locale_t previous = uselocale(utf8);
+  std::mbstate_t state{};
+  int width = 0;
+  for (std::size_t at = 0; at < text.size();) {
+    wchar_t character = 0;
+    std::size_t length = std::mbrtowc(&character, text.data() + at, text.size() - at, &state);
+    if (length == static_cast<std::size_t>(-1) || length == static_cast<std::size_t>(-2)) {
+      state = {};
+      length = 1;
+      ++width;
+    } else {
+      width += std::max(0, wcwidth(character));
+      length = std::max<std::size_t>(length, 1);
+    }
+    at += length;
+  }
+  uselocale(previous);
+  return width;
+}
+
+}  // namespace
+
 std::string PadRight(const std::string& text, int columns) {
-  const int width = vb::TextWidth(text);
+  const int width = TerminalWidth(text);
   return width >= columns ? text : text + std::string(columns - width, ' ');
 }
 

@@ -1,5 +1,7 @@
-// floors, new, check: the floors of the data root and the soundness of a
-// floor's files.
+// floors, new, check, sample, migrate: the floors of the data root, making
+// a floor (empty or the sample office floor), the soundness of a floor's
+// files (and removing what other programs planted in them), and the
+// migration of legacy floors.
 
 #include <fmt/format.h>
 
