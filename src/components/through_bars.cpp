@@ -31,6 +31,7 @@
 
 #include "components/file_errors.h"
 #include "components/standalone.h"
+#include "seluvorne/durable_file.h"
 #include "seluvorne/member_table.h"
 #include "seluvorne/paths.h"
 #include "seluvorne/runtime.h"
@@ -95,24 +96,6 @@ class Descriptor {
   int fd_;
 };
 
-void WriteWhole(const std::filesystem::path& file, const std::string& content) {
-  std::filesystem::path temporary = file;
-  temporary += "." + std::to_string(::getpid()) + ".tmp";
-  Descriptor out(::open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666));
-  if (out.get() < 0) RaiseFileError(errno, temporary.string());
-  const auto fail = [&](int errno_value) {
-    ::unlink(temporary.c_str());
-    RaiseFileError(errno_value, file.string());
-  };
-  for (std::size_t written = 0; written < content.size();) {
-    ssize_t count = ::write(out.get(), content.data() + written, content.size() - written);
-    if (count < 0 && errno != EINTR) fail(errno);
-    if (count > 0) written += static_cast<std::size_t>(count);
-  }
-  if (::fsync(out.get()) != 0 || out.Close() != 0) fail(errno);
-  if (::rename(temporary.c_str(), file.c_str()) != 0) fail(errno);
-}
-
 class ThroughBars : public DispatchImpl<ThroughBars> {
  public:
   static const MemberTable<ThroughBars>& Members() {
@@ -145,9 +128,7 @@ class ThroughBars : public DispatchImpl<ThroughBars> {
       content += std::to_string(number) + (on ? " -1\n" : " 0\n");
     content += kEnd;
     content += '\n';
-    WriteWhole(file, content);
-    // The rename is durable once the folder is.
-    if (::fsync(folder_lock.get()) != 0) RaiseFileError(errno, folder.string());
+    if (const int error = ReplaceFileDurably(file, content)) RaiseFileError(error, file.string());
   }
 
  private:

@@ -7,6 +7,8 @@
 #include <cerrno>
 #include <utility>
 
+#include "seluvorne/durable_file.h"
+
 namespace seluvorne::db {
 
 namespace {
@@ -77,11 +79,7 @@ bool FileLock::Sync() const {
 }
 
 void SyncFolder(const std::filesystem::path& folder) {
-  int descriptor =
-      ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  if (descriptor < 0) return;
-  ::fsync(descriptor);
-  ::close(descriptor);
+  SyncPath(folder, true);
 }
 
 }  // namespace seluvorne::db

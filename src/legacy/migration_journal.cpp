@@ -8,6 +8,7 @@
 #include <fstream>
 #include <sstream>
 
+#include "seluvorne/durable_file.h"
 #include "seluvorne/error.h"
 
 namespace seluvorne::legacy {
@@ -20,11 +21,7 @@ constexpr const char* kJournalEnd = "end";
 
 // Makes a file's contents, or a folder's entries, durable.
 void Sync(const std::filesystem::path& path, bool folder) {
-  int descriptor = ::open(path.c_str(), (folder ? O_RDONLY | O_DIRECTORY : O_WRONLY) | O_CLOEXEC);
-  if (descriptor < 0) Raise(errc::kPathFileAccess, path.string());
-  bool synced = ::fsync(descriptor) == 0;
-  ::close(descriptor);
-  if (!synced) Raise(errc::kPathFileAccess, path.string());
+  if (SyncPath(path, folder) != 0) Raise(errc::kPathFileAccess, path.string());
 }
 
 void Rename(const std::filesystem::path& from, const std::filesystem::path& to) {
@@ -95,24 +92,12 @@ void RemoveConvertedCopy(const std::filesystem::path& file) {
 }
 
 void WriteJournal(const std::filesystem::path& folder, const std::vector<std::string>& files) {
-  std::filesystem::path journal = folder / kJournal;
-  std::filesystem::path draft = journal.string() + ".new";
-  {
-    std::ofstream out(draft, std::ios::trunc);
-    out << kJournalHeader << '\n';
-    for (const std::string& file : files)
-      out << file << '\n';
-    out << kJournalEnd << '\n';
-    out.flush();
-    if (!out) {
-      RemoveIfThere(draft);
-      Raise(errc::kPathFileAccess, draft.string());
-    }
-  }
-  Sync(draft, false);
-  StepDone();
-  Rename(draft, journal);
-  Sync(folder, true);
+  const std::filesystem::path journal = folder / kJournal;
+  std::string text = std::string(kJournalHeader) + '\n';
+  for (const std::string& file : files)
+    text += file + '\n';
+  text += std::string(kJournalEnd) + '\n';
+  if (ReplaceFileDurably(journal, text) != 0) Raise(errc::kPathFileAccess, journal.string());
   StepDone();
 }
 
@@ -144,11 +129,13 @@ void RecoverFolder(const std::filesystem::path& folder) {
     return;
   }
   RemoveIfThere(folder / kJournal);
-  RemoveIfThere((folder / kJournal).string() + ".new");
   std::vector<std::filesystem::path> unfinished;
   std::error_code ignored;
   for (const auto& entry : std::filesystem::directory_iterator(folder, ignored)) {
     std::string name = entry.path().filename().string();
+    // A journal a killed run was writing (ReplaceFileDurably's temporary file).
+    if (name.starts_with(std::string(kJournal) + ".") && name.ends_with(".tmp"))
+      RemoveIfThere(entry.path());
     auto at = name.rfind(".migrating");
     if (at != std::string::npos && at > 0) unfinished.push_back(folder / name.substr(0, at));
   }

@@ -12,6 +12,7 @@
 #include "seluvorne/dispatch.h"
 #include "seluvorne/display.h"
 #include "seluvorne/drawing.h"
+#include "seluvorne/durable_file.h"
 #include "seluvorne/entry_lock.h"
 #include "seluvorne/error.h"
 #include "seluvorne/files.h"
@@ -44,41 +45,43 @@
 using namespace seluvorne;
 
 int main(int argc, char**) {
-  if (argc < 100) return 0;  // only the link is the test
-  vb::Array<std::int16_t> array{{3}};                          // array.h
-  CallByName(Object(), "Name", CallKind::PropertyGet);         // call_by_name.h
-  frame::FloorDirs::Create();                                  // collaborators.h
-  RegisterStandaloneComponents();                              // components.h
-  dao::DBEngine::Instance();                                   // dao.h
-  Register("A.B", {});                                         // dispatch.h
-  PrimaryScreenBounds();                                       // display.h
-  drawing::LayoutElevation({});                                // drawing.h
-  EntryLock lock;                                              // entry_lock.h
-  MakeError(5);                                                // error.h
-  files::FileExists("a");                                      // files.h
+  if (argc < 100) return 0;                             // only the link is the test
+  vb::Array<std::int16_t> array{{3}};                   // array.h
+  CallByName(Object(), "Name", CallKind::PropertyGet);  // call_by_name.h
+  frame::FloorDirs::Create();                           // collaborators.h
+  RegisterStandaloneComponents();                       // components.h
+  dao::DBEngine::Instance();                            // dao.h
+  Register("A.B", {});                                  // dispatch.h
+  PrimaryScreenBounds();                                // display.h
+  drawing::LayoutElevation({});                         // drawing.h
+  SyncPath("a", true);                                  // durable_file.h
+  EntryLock lock;                                       // entry_lock.h
+  MakeError(5);                                         // error.h
+  files::FileExists("a");                               // files.h
   frame::CreateTable(*dao::DBEngine::Instance()->OpenDatabase("a"),
-                     frame::kFloorTables[0]);                  // floor_schema.h, table_schema.h
-  frame::LoadPageMax();                                        // frame.h
-  clsHariFukasiDS().SetPage(0);                                // hari_fukasi_ds.h
-  clsHariSWDS().CloseDB();                                     // hari_sw_ds.h
-  dao::HeldFiles held;                                         // held_files.h
-  clsHikiCopyDS::Members();                                    // hiki_copy_ds.h
-  files::ForeignObjects("a");                                  // integrity.h
-  legacy::MigrateFloor("a");                                   // legacy.h
-  StartLibrary();                                              // library.h
-  detail::DescribeArgument(vb::Variant());                     // member_table.h
-  InMemberTransaction(*dao::DBEngine::Instance()->OpenDatabase("a"), [] {});  // member_transaction.h
-  QtMessageBoxes();                                            // message_box.h
-  frame::PageRows rows;                                        // page_rows.h
-  NativePath("a");                                             // paths.h
-  vb::CInt(1.0);                                               // runtime.h
-  sample::OfficeFloor();                                       // sample_floor.h
-  sample::TypicalPage(0);                                      // sample_pages.h
-  clsSeluVorneDataService().SetCurrKai("a");                   // seluvorne_data_service.h
-  SpanModel model;                                             // span_model.h
+                     frame::kFloorTables[0]);  // floor_schema.h, table_schema.h
+  frame::LoadPageMax();                        // frame.h
+  clsHariFukasiDS().SetPage(0);                // hari_fukasi_ds.h
+  clsHariSWDS().CloseDB();                     // hari_sw_ds.h
+  dao::HeldFiles held;                         // held_files.h
+  clsHikiCopyDS::Members();                    // hiki_copy_ds.h
+  files::ForeignObjects("a");                  // integrity.h
+  legacy::MigrateFloor("a");                   // legacy.h
+  StartLibrary();                              // library.h
+  detail::DescribeArgument(vb::Variant());     // member_table.h
+  InMemberTransaction(*dao::DBEngine::Instance()->OpenDatabase("a"),
+                      [] {});                 // member_transaction.h
+  QtMessageBoxes();                           // message_box.h
+  frame::PageRows rows;                       // page_rows.h
+  NativePath("a");                            // paths.h
+  vb::CInt(1.0);                              // runtime.h
+  sample::OfficeFloor();                      // sample_floor.h
+  sample::TypicalPage(0);                     // sample_pages.h
+  clsSeluVorneDataService().SetCurrKai("a");  // seluvorne_data_service.h
+  SpanModel model;                            // span_model.h
   LoadSpanModel(*dao::DBEngine::Instance()->OpenDatabase("a"), 0, model);  // span_loader.h
-  vb::FromVariant<std::int16_t>(vb::Variant());                // typed.h
-  ui::CreateForms();                                           // ui.h
-  vb::ElementType(vb::AnyArray());                             // variant.h
-  return LibraryVersion()[0];                                  // version.h
+  vb::FromVariant<std::int16_t>(vb::Variant());                            // typed.h
+  ui::CreateForms();                                                       // ui.h
+  vb::ElementType(vb::AnyArray());                                         // variant.h
+  return LibraryVersion()[0];                                              // version.h
 }
