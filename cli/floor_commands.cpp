@@ -237,10 +237,9 @@ std::vector<std::string> FloorProblems(const Floor& floor) {
 void RemoveForeign(const Floor& floor, bool json) {
   for (const char* name : kFloorFiles) {
     const fs::path file = floor.native_folder / name;
-    if (files::FormatOf(file) != DatabaseFormat::kNative || files::ForeignObjects(file).empty())
-      continue;
+    if (files::FormatOf(file) != DatabaseFormat::kNative) continue;
     const std::vector<std::string> removed = files::RemoveForeignObjects(file);
-    if (!json)
+    if (!json && !removed.empty())
       fmt::print("{}: removed {} object{}, every row kept (the file as it was: {}.bak)\n", name,
                  removed.size(), removed.size() == 1 ? "" : "s", name);
   }

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <map>
 #include <optional>
+#include <set>
 
 #include "seluvorne/dao.h"
 #include "seluvorne/error.h"
@@ -65,9 +66,9 @@ void CreateStorage(SQLite::Database& sqlite, const TableDefinition& table) {
 
 void CreateHiddenIndexes(SQLite::Database& sqlite, const TableDefinition& table) {
   for (std::string_view kind : kHiddenIndexKinds) {
+    if (HiddenIndexStatement(table, kind, "").empty()) continue;  // no such index here
     const std::string name = UnusedSchemaName(sqlite, table.stored_name + "~" + std::string(kind));
-    const std::string sql = HiddenIndexStatement(table, kind, name);
-    if (!sql.empty()) sqlite.exec(sql);
+    sqlite.exec(HiddenIndexStatement(table, kind, name));
   }
 }
 
@@ -277,19 +278,17 @@ void Catalogue::RebuildStorage(SQLite::Database& sqlite, const TableDefinition& 
   auto count = [&](const std::string& name) {
     return sqlite.execAndGet("SELECT COUNT(*) FROM " + name).getInt64();
   };
-  std::string columns;
+  std::set<std::string> present;
   {
-    SQLite::Statement present(sqlite, "SELECT COUNT(*) FROM pragma_table_info(?) WHERE name = ?");
-    for (const FieldDefinition& field : table.fields) {
-      present.reset();
-      present.bind(1, table.stored_name);
-      present.bind(2, field.name);
-      present.executeStep();
-      columns +=
-          (columns.empty() ? "" : ", ") +
-          (present.getColumn(0).getInt() > 0 ? QuoteIdentifier(field.name) : std::string("NULL"));
-    }
+    SQLite::Statement names(sqlite, "SELECT name FROM pragma_table_info(?)");
+    names.bind(1, table.stored_name);
+    while (names.executeStep())
+      present.insert(names.getColumn(0).getString());
   }  // no read open on the schema while it changes
+  std::string columns;
+  for (const FieldDefinition& field : table.fields)
+    columns += (columns.empty() ? "" : ", ") +
+               (present.count(field.name) ? QuoteIdentifier(field.name) : std::string("NULL"));
   const std::int64_t rows = count(stored);
   sqlite.exec("CREATE TABLE " + kept + " AS SELECT " + columns + " FROM " + stored);
   sqlite.exec("DROP TABLE " + stored);
