@@ -11,7 +11,7 @@ packages=(
   pybind11-dev python3-dev python3-pytest
   qt6-base-dev qt6-svg-dev fonts-noto-cjk
   mdbtools mdbtools-dev
-  clang libclang-rt-14-dev
+  clang libclang-rt-14-dev lld
   clang-format
 )
 
