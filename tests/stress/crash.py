@@ -12,15 +12,13 @@ tokens reported. Add a scenario by adding a row to SCENARIOS.
 import os
 import random
 import signal
-import sqlite3
 import subprocess
 import sys
-import tempfile
 import time
 
 import seluvorne
+from trials import check_file, create_table, run_trials, service
 
-LOCALE = ";LANGID=0x0411;CP=932;COUNTRY=0"
 FLOOR_TABLES = 9
 
 
@@ -29,26 +27,16 @@ def report(token):
     sys.stdout.flush()
 
 
-def services(root):
-    seluvorne.register_standalone(root)
-    return seluvorne.CreateObject("SeluVorneDS.clsSeluVorneDataService")
-
-
 def user_tables(db):
     tables = db.TableDefs
     return [tables(i).Name for i in range(tables.Count) if not tables(i).Name.startswith("MSys")]
-
-
-def integrity(path):
-    with sqlite3.connect(path) as db:
-        return db.execute("PRAGMA integrity_check").fetchone()[0]
 
 
 # ---- creating floor files: each appears whole or not at all --------------------
 
 
 def create_floors(root):
-    store = services(root)
+    store = service(root)
     for n in range(10**6):
         store.Create_SeluVornMDB_FullPath(f"{root}/f{n}.mdb")
         report(f"f{n}.mdb")
@@ -64,8 +52,7 @@ def check_floors(root, reported):
         if len(user_tables(db)) != FLOOR_TABLES:
             problems.append(f"{name}: {user_tables(db)}")
         db.Close()
-        if integrity(f"{root}/{name}") != "ok":
-            problems.append(f"{name}: integrity_check failed")
+        problems += check_file(f"{root}/{name}")
     return problems
 
 
@@ -74,12 +61,7 @@ def check_floors(root, reported):
 
 def append_rows(root):
     path = f"{root}/rows.mdb"
-    db = seluvorne.DBEngine().CreateDatabase(path, LOCALE)
-    table = db.CreateTableDef("KUTAIDATA")
-    for name, kind, size in [("PAGE", 3, 0), ("BANGOU", 3, 0), ("DATA", 10, 200)]:
-        table.Fields.Append(table.CreateField(name, kind, size))
-    db.TableDefs.Append(table)
-    db.Close()
+    create_table(path, "KUTAIDATA", [("PAGE", 3, 0), ("BANGOU", 3, 0), ("DATA", 10, 200)])
     report("created")
     n = 0
     while True:
@@ -109,10 +91,7 @@ def check_rows(root, reported):
         rs.MoveNext()
     db.Close()
     lost = [int(token) for token in reported if token != "created" and int(token) not in stored]
-    problems = [f"{len(lost)} reported rows lost, first {lost[:5]}"] if lost else []
-    if integrity(path) != "ok":
-        problems.append("integrity_check failed")
-    return problems
+    return ([f"{len(lost)} reported rows lost, first {lost[:5]}"] if lost else []) + check_file(path)
 
 
 SCENARIOS = {
@@ -151,20 +130,9 @@ def main():
         SCENARIOS[sys.argv[2]][0](sys.argv[3])
         return 0
     trials = int(sys.argv[1]) if len(sys.argv) > 1 else int(os.environ.get("SELUVORNE_CRASH_TRIALS", 10))
-    passed = dict.fromkeys(SCENARIOS, 0)
-    for n in range(trials):
-        for name in SCENARIOS:
-            with tempfile.TemporaryDirectory(prefix="seluvorne-crash-") as root:
-                problems = trial(name, root)
-            if problems:
-                print(f"trial {n + 1}, {name}:", *problems, sep="\n  ", flush=True)
-            else:
-                passed[name] += 1
-        print(f"trial {n + 1} done: {sum(passed.values())} scenarios passed so far", flush=True)
-    for name, count in passed.items():
-        returned = members[name]
-        print(f"{count:4d} of {trials}  {name}  (killed after {min(returned)} to {max(returned)} members)")
-    return 0 if all(count == trials for count in passed.values()) else 1
+    scenarios = {name: lambda root, name=name: trial(name, root) for name in SCENARIOS}
+    return run_trials(scenarios, trials, "seluvorne-crash-", lambda name: "  (killed after %d to %d members)"
+                      % (min(members[name]), max(members[name])))
 
 
 if __name__ == "__main__":

@@ -10,24 +10,16 @@ the successes per scenario. The exit status is 1 when any trial failed.
 
 import multiprocessing
 import os
-import sqlite3
 import sys
-import tempfile
 import threading
 import traceback
 
 import seluvorne
+from trials import check_file, create_table, run_trials, service
 
 PROCESSES = 6
 THREADS = 8
 ROUNDS = 4
-
-
-def service(root):
-    seluvorne.register_standalone(root)
-    store = seluvorne.CreateObject("SeluVorneDS.clsSeluVorneDataService")
-    store.FloorCompanion = seluvorne.CreateObject(seluvorne.FLOOR_COMPANION)
-    return store
 
 
 def floor_of(root):
@@ -73,18 +65,6 @@ def add_page_row(rs, page):
     rs.Update()
 
 
-def check_file(path, table=None, rows=None):
-    with sqlite3.connect(path) as db:
-        problems = []
-        if db.execute("PRAGMA integrity_check").fetchone()[0] != "ok":
-            problems.append(f"{path}: integrity_check failed")
-        if table is not None:
-            found = db.execute(f'SELECT COUNT(*) FROM "{table}"').fetchone()[0]
-            if found != rows:
-                problems.append(f"{path}: {found} rows in {table}, {rows} written")
-    return problems
-
-
 # ---- scenarios: each answers a list of problems (empty: passed) ----------------
 
 
@@ -115,12 +95,7 @@ def processes_upgrade_an_older_floor(root):
 
 def threads_write_one_file(root):
     path = root + "/threads.mdb"
-    db = seluvorne.DBEngine().CreateDatabase(path, ";LANGID=0x0411;CP=932;COUNTRY=0")
-    table = db.CreateTableDef("TOORIMEI")
-    for name, kind, size in [("PAGE", 3, 0), ("TOORI", 10, 50)]:
-        table.Fields.Append(table.CreateField(name, kind, size))
-    db.TableDefs.Append(table)
-    db.Close()
+    create_table(path, "TOORIMEI", [("PAGE", 3, 0), ("TOORI", 10, 50)])
 
     def writer(n):
         for _ in range(20):
@@ -158,29 +133,16 @@ def processes_create_write_delete(root):
     return problems or (check_file(file) if os.path.exists(file) else [])
 
 
-SCENARIOS = [
-    ("six processes set CurrKai on one new floor", open_a_new_floor("process", PROCESSES)),
-    ("six processes open one older floor", processes_upgrade_an_older_floor),
-    ("eight threads open one new floor", open_a_new_floor("thread", THREADS)),
-    ("eight threads x 20 rows on one file", threads_write_one_file),
-    ("six processes create, write, delete one floor", processes_create_write_delete),
-]
+SCENARIOS = {
+    "six processes set CurrKai on one new floor": open_a_new_floor("process", PROCESSES),
+    "six processes open one older floor": processes_upgrade_an_older_floor,
+    "eight threads open one new floor": open_a_new_floor("thread", THREADS),
+    "eight threads x 20 rows on one file": threads_write_one_file,
+    "six processes create, write, delete one floor": processes_create_write_delete,
+}
 def main():
     trials = int(sys.argv[1]) if len(sys.argv) > 1 else int(os.environ.get("SELUVORNE_STRESS_TRIALS", 3))
-    scenarios = SCENARIOS
-    passed = {name: 0 for name, _ in scenarios}
-    for trial in range(trials):
-        for name, scenario in scenarios:
-            with tempfile.TemporaryDirectory(prefix="seluvorne-stress-") as root:
-                problems = scenario(root)
-            if problems:
-                print(f"trial {trial + 1}, {name}:", *problems, sep="\n  ", flush=True)
-            else:
-                passed[name] += 1
-        print(f"trial {trial + 1} done: {sum(passed.values())} scenarios passed so far", flush=True)
-    for name, count in passed.items():
-        print(f"{count:4d} of {trials}  {name}")
-    return 0 if all(count == trials for count in passed.values()) else 1
+    return run_trials(SCENARIOS, trials, "seluvorne-stress-")
 
 
 if __name__ == "__main__":
