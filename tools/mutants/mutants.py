@@ -10,7 +10,7 @@ object, and record which test cases catch it.
 Results are JSON lines, one per mutant; a rerun skips mutants already done for
 the same sample and the same test sources.  See docs/testing.md.
 """
-import argparse, hashlib, json, os, random, re, shutil, signal, subprocess, sys, time
+import argparse, fcntl, hashlib, json, os, random, re, shutil, signal, subprocess, sys, threading, time
 from concurrent.futures import ThreadPoolExecutor
 import xml.etree.ElementTree as ET
 
@@ -278,8 +278,23 @@ def unit_inputs(unit, outputs):
     return set(r.stdout.split()) | cands
 
 
+RUNNING = {}  # pid -> Popen of the test programs now running
+STOPPING = threading.Event()  # set on an interrupt or, in quick runs, at the first kill
+
+
+def stop_running():
+    STOPPING.set()
+    for pid in list(RUNNING):
+        try:
+            os.killpg(pid, signal.SIGKILL)
+        except ProcessLookupError:
+            pass
+
+
 def run_unit(unit, timeout, tag):
     """Run one unit; return (failed case names, seconds, timed_out, all case names)."""
+    if STOPPING.is_set():
+        return [], 0.0, False, []
     report = os.path.join(BUILD, "mutants-%s.out" % tag)
     if os.path.exists(report):
         os.remove(report)
@@ -293,6 +308,7 @@ def run_unit(unit, timeout, tag):
     t0 = time.time()
     p = subprocess.Popen(cmd, cwd=unit["cwd"], env=env, stdin=subprocess.DEVNULL,
                          stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, start_new_session=True)
+    RUNNING[p.pid] = p
     try:
         p.wait(timeout)
     except subprocess.TimeoutExpired:
@@ -301,6 +317,9 @@ def run_unit(unit, timeout, tag):
         if p.poll() is None:  # timeout or Ctrl-C: the whole process group goes
             os.killpg(p.pid, signal.SIGKILL)
             p.wait()
+        del RUNNING[p.pid]
+    if STOPPING.is_set():  # stopped from outside: says nothing about the mutant
+        return [], time.time() - t0, False, []
     secs = time.time() - t0
     cases, failed = parse_report(unit["name"], report)
     if not cases:
@@ -311,14 +330,22 @@ def run_unit(unit, timeout, tag):
     return failed, secs, False, cases
 
 
-def run_units(units, limit, tag):
+def run_units(units, limit, tag, first_kill=False):
     """Run units side by side, as ctest -j does, slowest first so the longest one
-    does not start last; yields (unit, run_unit's answer) in the units' order."""
+    does not start last; returns [(unit, run_unit's answer)] in the units' order.
+    With first_kill the others are stopped once one unit fails."""
+    def one(u):
+        answer = run_unit(u, limit(u), "%s-%s" % (tag, u["name"]))
+        if first_kill and answer[0]:
+            stop_running()
+        return answer
     order = sorted(units, key=lambda u: -u.get("seconds", 0))
     with ThreadPoolExecutor(WORKERS) as pool:
-        answers = {u["name"]: pool.submit(run_unit, u, limit(u), "%s-%s" % (tag, u["name"])) for u in order}
-        for u in units:
-            yield u, answers[u["name"]].result()
+        answers = {u["name"]: pool.submit(one, u) for u in order}
+        results = [(u, answers[u["name"]].result()) for u in units]
+    if first_kill:
+        STOPPING.clear()
+    return results
 
 
 def parse_report(name, path):
@@ -391,8 +418,19 @@ def baseline(units, tkey):
     return base
 
 
-def run(args):
+def hold_build_folder():
+    """One run at a time per build folder: two would mutate the same sources."""
     os.makedirs(BUILD, exist_ok=True)
+    lock = open(os.path.join(BUILD, "mutants.lock"), "w")
+    try:
+        fcntl.flock(lock, fcntl.LOCK_EX | fcntl.LOCK_NB)
+    except BlockingIOError:
+        sys.exit("another mutants run is using " + BUILD)
+    return lock
+
+
+def run(args):
+    lock = hold_build_folder()  # noqa: F841 (held until the run ends)
     restore_leftover()
     configure()
     if not build():
@@ -409,7 +447,7 @@ def run(args):
     todo = [m for m in sample if m["id"] not in done]
     print("%d mutants, %d done before, tests key %s" % (len(sample), len(sample) - len(todo), tkey))
     for i, m in enumerate(todo, 1):
-        rec = run_mutant(m, units, deps, base)
+        rec = run_mutant(m, units, deps, base, args.first_kill)
         rec.update(seed=args.seed, tests_key=tkey)
         with open(args.results, "a") as f:
             f.write(json.dumps(rec) + "\n")
@@ -418,7 +456,7 @@ def run(args):
     report(args)
 
 
-def run_mutant(m, units, deps, base):
+def run_mutant(m, units, deps, base, first_kill):
     t0 = time.time()
     rec = {"id": m["id"], "file": m["file"], "op": m["op"]}
     found = locate(m)
@@ -437,11 +475,12 @@ def run_mutant(m, units, deps, base):
             return dict(rec, status="did not build", seconds=time.time() - t0)
         failed, timeout = [], False
         limit = lambda u: 3 * base["units"].get(u["name"], {"seconds": 600})["seconds"] + 10
-        for u, (f, _, to, _) in run_units(mine, limit, "mut"):
+        for u, (f, _, to, _) in run_units(mine, limit, "mut", first_kill):
             failed += [x for x in f if x not in base["excluded"]]
             timeout |= to
     status = "timeout" if timeout else "killed" if failed else "survived"
-    return dict(rec, status=status, failed=failed, ran=[u["name"] for u in mine], seconds=time.time() - t0)
+    return dict(rec, status=status, failed=failed, ran=[u["name"] for u in mine], seconds=time.time() - t0,
+                first_kill=first_kill)
 
 # ---------------------------------------------------------------- the report
 def summarize(records, base):
@@ -454,7 +493,7 @@ def summarize(records, base):
     decided = counts["killed"] + counts["survived"] + counts["timeout"]
     kills, alone = {}, {}
     for r in recs:
-        f = r.get("failed") or []
+        f = [] if r.get("first_kill") else r.get("failed") or []  # a stopped run names only one
         for t in f:
             kills[t] = kills.get(t, 0) + 1
         if len(f) == 1:
@@ -500,7 +539,7 @@ def report(args):
 
 def self_check(args):
     """Apply and restore a few mutants of a small sample; the tree must come back unchanged."""
-    os.makedirs(BUILD, exist_ok=True)
+    lock = hold_build_folder()  # noqa: F841
     restore_leftover()
     for m in draw_sample(args.seed, 12):
         found = locate(m)
@@ -514,6 +553,7 @@ def self_check(args):
 
 
 def interrupt(*_):
+    stop_running()  # so the mutated file is put back now, not when the tests end
     raise KeyboardInterrupt
 
 
@@ -524,10 +564,13 @@ def main():
     ap.add_argument("--count", type=int, default=300)
     ap.add_argument("--results", default=os.path.join(BUILD, "mutants.jsonl"))
     ap.add_argument("--json", action="store_true")
+    ap.add_argument("--first-kill", action="store_true",
+                    help="stop a mutant's tests at its first failure: kill rate only, no per-test counts")
     ap.add_argument("--skip", default="^package_examples$",
                     help="ctest names not run (default: the install-and-build-a-client test)")
     args = ap.parse_args()
     signal.signal(signal.SIGTERM, interrupt)
+    signal.signal(signal.SIGINT, interrupt)
     try:
         {"run": run, "report": report, "self-check": self_check}[args.command](args)
     except KeyboardInterrupt:
