@@ -62,10 +62,6 @@ bool FileLock::TryExclusive() {
   return Lock(F_WRLCK, false);
 }
 
-void FileLock::Unlock() {
-  Lock(F_UNLCK, false);
-}
-
 bool FileLock::Names(const std::filesystem::path& path) const {
   struct stat held {
   }, named{};

@@ -33,7 +33,6 @@ class FileLock {
   bool Share();
   // The exclusive lock, without waiting; false when another handle has it.
   bool TryExclusive();
-  void Unlock();
   // Whether `path` still names the file this descriptor has.
   bool Names(const std::filesystem::path& path) const;
   // Forces the file's contents to the disk.

@@ -1,6 +1,7 @@
 #include "untrusted.h"
 
 #include <algorithm>
+#include <regex>
 #include <string_view>
 
 #include "catalogue.h"
@@ -81,10 +82,13 @@ std::string DescribeDifference(const TableDefinition& table, const std::string& 
 // partial or expression one evaluates expressions on every row.
 bool IndexActs(const std::string& sql) {
   if (StartsWith(sql, "CREATE UNIQUE")) return true;
-  for (const std::string& column : ListItems(sql.substr(sql.find(" ON "))))
+  // The first parenthesis outside quotes opens the column list, whatever
+  // spacing and letter case the statement was written in.
+  for (const std::string& column : ListItems(sql))
     if (column.find('(') != std::string::npos) return true;
   const std::size_t close = sql.rfind(')');
-  return close != std::string::npos && sql.find(" WHERE ", close) != std::string::npos;
+  static const std::regex where(R"(\bWHERE\b)", std::regex::icase);
+  return close != std::string::npos && std::regex_search(sql.begin() + close, sql.end(), where);
 }
 
 // Whether `index` is one of the engine's hidden indexes of `table`.

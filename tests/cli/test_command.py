@@ -3,6 +3,7 @@ sample office floor (1/1/3) and an empty floor (1/1/4)."""
 
 import json
 import os
+import sqlite3
 import subprocess
 
 import pytest
@@ -141,6 +142,14 @@ def test_check_finds_rows_the_directory_does_not_list(root, tmp_path):
     done = run(root, "check", "2/1/1", expect=1)
     assert "KUTAIDATA holds rows of page 4" in done.stdout
     assert done.stderr.startswith("check: ")
+
+    # An index whose entries no longer match its rows: SQLite's integrity check names them.
+    with sqlite3.connect(root / "Zene2" / "Kouji1" / "1kai" / "SELUVORN.mdb") as damaged:
+        damaged.execute("PRAGMA writable_schema = ON")
+        damaged.execute("""UPDATE sqlite_schema SET sql = 'CREATE INDEX "KUTAIDATA~PAGE" ON
+                           "KUTAIDATA" ("DATA")' WHERE name = 'KUTAIDATA~PAGE'""")
+    damaged = run(root, "check", "2/1/1", expect=1)
+    assert "row 1 missing from index KUTAIDATA~PAGE" in damaged.stdout, damaged.stderr
 
 
 def test_a_new_floor_serves_every_subcommand(root):

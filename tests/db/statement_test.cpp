@@ -128,6 +128,7 @@ INSTANTIATE_TEST_SUITE_P(
         Refusal{"ALTER TABLE MSysFields RENAME TO X", kReadOnly},
         Refusal{"DELETE FROM MSysTables", kReadOnly},
         Refusal{"UPDATE MSysProperties SET Value = 'x'", kReadOnly},
+        Refusal{"REPLACE INTO MSysProperties (Name) VALUES ('x')", kReadOnly},
         Refusal{"WITH p AS (SELECT 1) DELETE FROM MSysFields", kReadOnly},
         Refusal{"DELETE FROM KUTAIDATA WHERE PAGE IN (SELECT 1 FROM sqlite_master)",
                 kTableNotFound},
@@ -148,7 +149,9 @@ INSTANTIATE_TEST_SUITE_P(
 // a table stored under another name, INSERT and UPDATE within the rules.
 TEST_F(StatementTest, AcceptedStatementsOfClients) {
   const std::pair<const char*, std::int32_t> cases[] = {
-      {"WITH p AS (SELECT 4 AS n) DELETE FROM KUTAIDATA WHERE PAGE IN (SELECT n FROM p)", 5},
+      {"WITH p(n) AS (SELECT (4)), q AS (SELECT n FROM p) DELETE FROM KUTAIDATA WHERE PAGE IN "
+       "(SELECT n FROM q)",
+       5},
       {"INSERT INTO KUTAIDATA (PAGE, SUBPAGE, BANGOU, DATA) VALUES ('7', 0, 0, 12)", 6},
       {"UPDATE KUTAIDATA SET DATA = '' WHERE PAGE = 7", 6},
       {"INSERT INTO KUTAIDATA SELECT PAGE + 10, SUBPAGE, BANGOU, DATA FROM KUTAIDATA", 12},
