@@ -3,7 +3,6 @@
 #include <SQLiteCpp/SQLiteCpp.h>
 
 #include "db_fixture.h"
-#include "engine_error.h"
 #include "file_bytes.h"
 
 namespace seluvorne::testing {
@@ -174,17 +173,6 @@ TEST_F(DatabaseTest, BadNamesRaiseAndTouchNothing) {
     EXPECT_EQ(files, (Names{"a.mdb"}));
     EXPECT_FALSE(std::filesystem::exists("a.mdb"));
   }
-}
-
-// A failed system call on a file: permission and a read-only file system are
-// 3051, and only they.
-TEST(FileErrorTest, SystemErrorsMapToTheEnginesNumbers) {
-  const std::pair<int, int> cases[] = {{EEXIST, kDatabaseExists},    {EACCES, kCannotOpenFile},
-                                       {EPERM, kCannotOpenFile},     {EROFS, kCannotOpenFile},
-                                       {ENAMETOOLONG, kInvalidPath}, {ENOSPC, kDiskFull},
-                                       {EDQUOT, kDiskFull},          {EIO, kDiskError}};
-  for (auto [system_error, number] : cases)
-    EXPECT_RAISES(db::RaiseFileError(system_error, "x.mdb"), number) << system_error;
 }
 
 }  // namespace

@@ -157,12 +157,6 @@ class FaultTest : public FloorTest, public ::testing::WithParamInterface<FaultCa
                                                           std::string(dao::dbLangJapanese));
               }};
     }
-    if (name == "TableDefs.Append") {
-      MakeEngineFile();
-      return {PathOf("SELUVORN.mdb"), [this] {
-                frame::CreateTable(EngineFile(), {"EXTRA", frame::floor_fields::kPageRow});
-              }};
-    }
     if (name == "AddNew/Update") {
       MakeEngineFile();
       return {PathOf("SELUVORN.mdb"), [this] {
@@ -191,11 +185,6 @@ class FaultTest : public FloorTest, public ::testing::WithParamInterface<FaultCa
                 EngineFile();
                 AddEngineRow(9);
               }};
-    }
-    if (name == "CurrKai, new floor") {
-      const std::string floor = MakeFloorFolder(1, 1, 1);
-      return {Native(FileOf(floor, "SELUVORN.mdb")),
-              [this, floor] { Service().SetCurrKai(floor); }};
     }
     if (name == "CurrKai, older floor") {  // the tables older floors lack are added
       const std::string floor = MakeFloorFolder(1, 1, 1);
@@ -242,25 +231,11 @@ class FaultTest : public FloorTest, public ::testing::WithParamInterface<FaultCa
                 build_out->WriteDB();
               }};
     }
-    if (name == "build-out file made") {
-      const std::string floor = MakeFloorFolder(1, 1, 1);
-      return {Native(FileOf(floor, clsHariFukasiDS::kFileName)), [this, floor] {
-                if (!build_out) build_out = std::make_shared<clsHariFukasiDS>();
-                build_out->WriteDB_Open(floor);
-              }};
-    }
-    if (name == "switch page copy") {  // into a file that has rows, or into a new one
+    if (name == "switch page copy") {  // into a file that has rows
       const std::string from = MakeFloorFolder(1, 1, 1), to = MakeFloorFolder(1, 1, 2);
       AddSwitchRows(from, {{2, 0, 1, "on"}, {2, 4, 7, "x"}});
       AddSwitchRows(to, {{5, 9, 9, "old"}, {6, 0, 0, "kept"}});
       return {Native(FileOf(to, clsHariSWDS::kFileName)), [this] { CopySwitchPage(); }};
-    }
-    if (name == "switch page copy, new file") {
-      const std::string from = MakeFloorFolder(1, 1, 1);
-      MakeFloorFolder(1, 1, 2);
-      AddSwitchRows(from, {{2, 0, 1, "on"}});
-      return {Native(FileOf(FloorFolder(1, 1, 2), clsHariSWDS::kFileName)),
-              [this] { CopySwitchPage(); }};
     }
     ADD_FAILURE() << "no path " << name;
     return {root / "none", [] {}};
@@ -323,58 +298,28 @@ INSTANTIATE_TEST_SUITE_P(
     Faults, FaultTest,
     ::testing::Values(FaultCase{"CreateDatabase", Fault::kWriteError, 0, kDiskError},
                       FaultCase{"CreateDatabase", Fault::kDiskFull, 3, kDiskFull},
-                      FaultCase{"CreateDatabase", Fault::kSyncError, 0, kDiskError},
                       FaultCase{"CreateDatabase", Fault::kOpenError, 0, kCannotOpenFile},
-                      FaultCase{"CreateDatabase", Fault::kReadOnly, 0, kCannotOpenFile},
-                      FaultCase{"TableDefs.Append", Fault::kWriteError, 0, kDiskError},
-                      FaultCase{"TableDefs.Append", Fault::kDiskFull, 2, kDiskFull},
-                      FaultCase{"TableDefs.Append", Fault::kLocked, 0, kLocked},
-                      FaultCase{"AddNew/Update", Fault::kWriteError, 0, kDiskError},
                       FaultCase{"AddNew/Update", Fault::kDiskFull, 0, kDiskFull},
                       FaultCase{"AddNew/Update", Fault::kLocked, 0, kLocked},
                       FaultCase{"Execute", Fault::kWriteError, 1, kDiskError},
-                      FaultCase{"Execute", Fault::kDiskFull, 0, kDiskFull},
                       FaultCase{"Execute", Fault::kLocked, 0, kLocked},
-                      FaultCase{"CopyFile", Fault::kWriteError, 0, kDiskError},
                       FaultCase{"CopyFile", Fault::kDiskFull, 0, kDiskFull},
                       FaultCase{"CopyFile", Fault::kSyncError, 0, kDiskError},
                       FaultCase{"CopyFile", Fault::kOpenError, 0, kCannotOpenFile},
-                      FaultCase{"OpenDatabase", Fault::kOpenError, 0, kCannotOpenFile},
                       FaultCase{"OpenDatabase", Fault::kReadOnly, 0, kCannotOpenFile},
-                      FaultCase{"CurrKai, new floor", Fault::kWriteError, 0, kDiskError},
-                      FaultCase{"CurrKai, new floor", Fault::kDiskFull, 20, kDiskFull},
-                      FaultCase{"CurrKai, new floor", Fault::kSyncError, 0, kDiskError},
-                      FaultCase{"CurrKai, new floor", Fault::kOpenError, 0, kCannotOpenFile},
-                      FaultCase{"CurrKai, new floor", Fault::kOpenError, 2, kCannotOpenFile},
-                      FaultCase{"CurrKai, new floor", Fault::kReadOnly, 0, kCannotOpenFile},
                       FaultCase{"CurrKai, older floor", Fault::kWriteError, 0, kDiskError},
                       FaultCase{"CurrKai, older floor", Fault::kDiskFull, 1, kDiskFull},
                       FaultCase{"CurrKai, older floor", Fault::kLocked, 0, kLocked},
-                      FaultCase{"CurrKai, older floor", Fault::kReadOnly, 0, kCannotOpenFile},
                       FaultCase{"CurrKai, older floor", Fault::kOpenError, 0, kCannotOpenFile},
-                      FaultCase{"page writers", Fault::kWriteError, 0, kDiskError},
                       FaultCase{"page writers", Fault::kDiskFull, 3, kDiskFull},
                       FaultCase{"page writers", Fault::kLocked, 0, kLocked},
-                      FaultCase{"page writers", Fault::kReadOnly, 0, kCannotOpenFile},
                       FaultCase{"WriteDB", Fault::kWriteError, 0, kDiskError},
                       FaultCase{"WriteDB", Fault::kDiskFull, 10, kDiskFull},
-                      FaultCase{"WriteDB", Fault::kLocked, 0, kLocked},
                       FaultCase{"WriteDB", Fault::kOpenError, 0, kCannotOpenFile},
-                      FaultCase{"build-out WriteDB", Fault::kWriteError, 0, kDiskError},
                       FaultCase{"build-out WriteDB", Fault::kDiskFull, 0, kDiskFull},
-                      FaultCase{"build-out WriteDB", Fault::kLocked, 0, kLocked},
                       FaultCase{"build-out WriteDB", Fault::kReadOnly, 0, kCannotOpenFile},
-                      FaultCase{"build-out file made", Fault::kWriteError, 2, kDiskError},
-                      FaultCase{"build-out file made", Fault::kSyncError, 0, kDiskError},
-                      FaultCase{"build-out file made", Fault::kOpenError, 1, kCannotOpenFile},
-                      FaultCase{"build-out file made", Fault::kDiskFull, 0, kDiskFull},
                       FaultCase{"switch page copy", Fault::kWriteError, 0, kDiskError},
-                      FaultCase{"switch page copy", Fault::kDiskFull, 0, kDiskFull},
-                      FaultCase{"switch page copy", Fault::kLocked, 1, kLocked},
-                      FaultCase{"switch page copy, new file", Fault::kDiskFull, 1, kDiskFull},
-                      FaultCase{"switch page copy, new file", Fault::kOpenError, 3,
-                                kCannotOpenFile},
-                      FaultCase{"switch page copy, new file", Fault::kSyncError, 0, kDiskError}));
+                      FaultCase{"switch page copy", Fault::kLocked, 1, kLocked}));
 
 }  // namespace
 }  // namespace seluvorne::testing

@@ -339,7 +339,7 @@ def run_units(units, limit, tag, first_kill=False):
         if first_kill and answer[0]:
             stop_running()
         return answer
-    order = sorted(units, key=lambda u: -u.get("seconds", 0))
+    order = sorted(units, key=lambda u: (-u.get("killed_before", 0), -u.get("seconds", 0)))
     with ThreadPoolExecutor(WORKERS) as pool:
         answers = {u["name"]: pool.submit(one, u) for u in order}
         results = [(u, answers[u["name"]].result()) for u in units]
@@ -444,9 +444,14 @@ def run(args):
     deps = {u["name"]: unit_inputs(u, outputs) for u in units}
     sample = sample_for(args.seed, args.count)
     done = {r["id"] for r in load_results(args.results) if r["tests_key"] == tkey and r["seed"] == args.seed}
+    before = {r["id"]: r.get("failed") or [] for r in load_results(args.order_from)} if args.order_from else {}
     todo = [m for m in sample if m["id"] not in done]
     print("%d mutants, %d done before, tests key %s" % (len(sample), len(sample) - len(todo), tkey))
     for i, m in enumerate(todo, 1):
+        # In a quick run the programs that killed this mutant in an earlier run go first.
+        killers = {t.split(":", 1)[0] for t in before.get(m["id"], [])}
+        for u in units:
+            u["killed_before"] = u["name"] in killers
         rec = run_mutant(m, units, deps, base, args.first_kill)
         rec.update(seed=args.seed, tests_key=tkey)
         with open(args.results, "a") as f:
@@ -566,6 +571,8 @@ def main():
     ap.add_argument("--json", action="store_true")
     ap.add_argument("--first-kill", action="store_true",
                     help="stop a mutant's tests at its first failure: kill rate only, no per-test counts")
+    ap.add_argument("--order-from", metavar="RESULTS",
+                    help="an earlier run's results: the programs that killed a mutant then run first")
     ap.add_argument("--skip", default="^package_examples$",
                     help="ctest names not run (default: the install-and-build-a-client test)")
     args = ap.parse_args()
