@@ -12,7 +12,6 @@
 #include "seluvorne/call_by_name.h"
 #include "seluvorne/floor_schema.h"
 #include "seluvorne/frame.h"
-#include "seluvorne/sample_pages.h"
 
 namespace {
 
@@ -255,29 +254,6 @@ TEST_F(PageTest, WriteTopAddsSpanTopToAFileWithoutIt) {
   Texts top({19, 0});
   service->Write_Top(0, top);
   EXPECT_EQ(Rows("SPANTOP", 0).size(), 480u);
-}
-
-// ---- A whole page ----------------------------------------------------------------
-
-TEST_F(PageTest, ATypicalPageLoadsBackWithTheValuesGiven) {
-  sample::PageTexts texts = sample::TypicalPage(3);
-  sample::WritePage(*service, 3, texts);
-  std::size_t total = 0;
-  for (const std::string& table : seluvorne::testing::kPageTables)
-    total += Rows(table, 3).size();
-  EXPECT_GT(total, 2400u);
-  EXPECT_LT(total, 2700u);
-  EXPECT_THAT(Rows("TOORIMEI", 3), ElementsAre(texts.grid_line + "|" + texts.locations));
-  const auto kutai = Rows("KUTAIDATA", 3);
-  ASSERT_EQ(kutai.size(), 480u);
-  for (std::int32_t i = 0; i <= 2; ++i)
-    for (std::int32_t j = 0; j <= 159; ++j)
-      EXPECT_EQ(kutai[i * 160 + j],
-                std::to_string(i) + "," + std::to_string(j) + "=" + texts.kutai_data(j, i));
-  const auto top = Rows("SPANTOP", 3);
-  const Texts values = vb::Split(texts.top(7, 0), ",");
-  for (std::int32_t k = 0; k < 24; ++k)
-    EXPECT_EQ(top[7 * 24 + k], "0,7," + std::to_string(k) + "=" + values(k));
 }
 
 }  // namespace

@@ -97,15 +97,6 @@ TEST(SpanGeometry, QuarterSpanRoundsUpWholeMillimetresOnly) {
     EXPECT_EQ(Beam({{0, 0}, {400, 0}}, {clear + 400}).GetSpanUtinoriL4Kyori(0), quarter) << clear;
 }
 
-TEST(SpanGeometry, ColumnFacesByHasiraLR) {
-  float left = -1, right = -1;
-  EXPECT_TRUE(Eccentric().GetHasiraLR(3, left, right));
-  EXPECT_EQ(std::pair(left, right), std::pair(18250.0f, 18750.0f));
-  left = right = -7;
-  EXPECT_FALSE(Eccentric().GetHasiraLR(4, left, right));  // beyond the last column: untouched
-  EXPECT_EQ(std::pair(left, right), std::pair(-7.0f, -7.0f));
-}
-
 // Symmetric, eccentric, and columns 0..400 and 500..900 between which both
 // faces are near (ties keep column 0).
 TEST(SpanGeometry, InOrNearColumn) {
