@@ -214,6 +214,7 @@ TEST_F(SpanLoaderTest, AnchorageGroupZeroFillsTheGroupsNotRead) {
     std::vector<int> args;
     const char* answer;
   } fills[] = {{0, "GetAnkaMigi_Fukasi", {2, 1, 1}, "M1"},
+               {0, "GetAnkaMigi_Fukasi", {2, 1, 0}, "M0"},
                {0, "GetTeityakuSansyouMigi_Fukasi", {3, 1}, "M20"},
                {1, "GetAnkaMigi_Fukasi", {1, 1, 1}, "G2"},
                {1, "GetAnkaMigi_Fukasi", {0, 1, 1}, "M1"},

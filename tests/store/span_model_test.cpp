@@ -306,6 +306,14 @@ TEST_F(SpanRosterTest, ContinuityByEccentricityThenLevels) {
     m.Tenba(0) = c.tenba_0;
     EXPECT_EQ(m.isRenzokuSitan(1, roster), c.continuous) << c.tenba_1 << " " << c.hensin_down_0;
     EXPECT_EQ(m.isRenzokuSyuutan(0, roster), c.continuous) << "mirror";
+    // An exterior end takes section 2 where the beam does not continue.
+    designation = "外端";
+    vb::Array<I16> right_of_0, left_of_1;
+    m.GetDanmenBangou(0, right_of_0, roster);
+    m.GetDanmenBangou(1, left_of_1, roster);
+    const I16 section = c.continuous ? 0 : 2;
+    EXPECT_EQ(right_of_0(2), section);
+    EXPECT_EQ(left_of_1(0), section);
   }
   SpanModel m = Symmetric();
   EXPECT_TRUE(m.isRenzokuSitan(0, roster));
