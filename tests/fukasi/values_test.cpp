@@ -44,6 +44,13 @@ TEST_F(ValueTest, EachPropertyReplacesOneRowUnderItsCodeAndReadsItBack) {
   EXPECT_EQ(Rows(file, " WHERE PAGE = 3"), expected);
 }
 
+TEST_F(ValueTest, ThePositionsLoopTopLeftRightBottom) {
+  vb::Array<std::int16_t> loop;
+  store->GetLoopHairetu(loop);
+  EXPECT_THAT(loop, ElementsAre(store->ItiNoUe(), store->ItiNoHidari(), store->ItiNoMigi(),
+                                store->ItiNoSita()));
+}
+
 TEST_F(ValueTest, SyukinHonIsReadOnlyAndReadsCode12Or14) {
   Key(0, 0, 2, 0);
   EXPECT_EQ(Get("SyukinHon", {0}), Variant("2"));
