@@ -164,6 +164,5 @@ std::int32_t TextWidth(std::string_view text);
 // Decodes the code point at `position` and advances past it. An invalid byte
 // decodes as U+FFFD and counts as one character.
 char32_t DecodeNext(std::string_view text, std::size_t& position);
-void AppendUtf8(std::string& out, char32_t character);
 
 }  // namespace vb

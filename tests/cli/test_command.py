@@ -84,6 +84,7 @@ def test_draw_writes_svg_and_png(root, tmp_path):
 @pytest.mark.parametrize("args, status, start", [
     (("show", "1/1/9", "1"), 1, "error 3024: "),
     (("show", "1/1/3", "99"), 1, "error 3021: "),
+    (("export", "1/1/3", "99"), 1, "error 3021: "),
     (("show", "1/1/3", "0"), 2, "usage error: "),
     (("export", "1/1/3", "1,x"), 2, "usage error: "),
     (("draw", "1/1/3", "1", "-o", "beam.svg", "--scale", "50:1"), 2, "usage error: "),
@@ -114,7 +115,8 @@ def test_export_then_import_gives_the_same_rows(root, tmp_path):
 
 def test_copy_appends_with_progress_and_checks_the_page_limit(root):
     before = len(run_json(root, "pages", "1/1/4")["pages"])
-    run(root, "copy", "1/1/3", "1/1/4", "--pages", "1-3", "--check-only")
+    checked = run(root, "copy", "1/1/3", "1/1/4", "--pages", "1-3", "--check-only")
+    assert checked.stdout.startswith("check passed: 3 pages can be copied")
     assert len(run_json(root, "pages", "1/1/4")["pages"]) == before
 
     done = run(root, "copy", "1/1/3", "1/1/4", "--pages", "1-3", "--append")
