@@ -82,6 +82,7 @@ def test_draw_writes_svg_and_png(root, tmp_path):
 
 
 @pytest.mark.parametrize("args, status, start", [
+    ((), 2, "A subcommand is required"),
     (("show", "1/1/9", "1"), 1, "error 3024: "),
     (("show", "1/1/3", "99"), 1, "error 3021: "),
     (("export", "1/1/3", "99"), 1, "error 3021: "),
