@@ -330,16 +330,17 @@ def run_unit(unit, timeout, tag):
     return failed, secs, False, cases
 
 
-def run_units(units, limit, tag, first_kill=False):
+def run_units(units, limit, tag, first_kill=False, first=frozenset()):
     """Run units side by side, as ctest -j does, slowest first so the longest one
     does not start last; returns [(unit, run_unit's answer)] in the units' order.
-    With first_kill the others are stopped once one unit fails."""
+    With first_kill the others are stopped once one unit fails; the units named in
+    `first` start before the rest."""
     def one(u):
         answer = run_unit(u, limit(u), "%s-%s" % (tag, u["name"]))
         if first_kill and answer[0]:
             stop_running()
         return answer
-    order = sorted(units, key=lambda u: (-u.get("killed_before", 0), -u.get("seconds", 0)))
+    order = sorted(units, key=lambda u: (u["name"] not in first, -u.get("seconds", 0)))
     with ThreadPoolExecutor(WORKERS) as pool:
         answers = {u["name"]: pool.submit(one, u) for u in order}
         results = [(u, answers[u["name"]].result()) for u in units]
@@ -449,10 +450,8 @@ def run(args):
     print("%d mutants, %d done before, tests key %s" % (len(sample), len(sample) - len(todo), tkey))
     for i, m in enumerate(todo, 1):
         # In a quick run the programs that killed this mutant in an earlier run go first.
-        killers = {t.split(":", 1)[0] for t in before.get(m["id"], [])}
-        for u in units:
-            u["killed_before"] = u["name"] in killers
-        rec = run_mutant(m, units, deps, base, args.first_kill)
+        killers = frozenset(t.split(":", 1)[0] for t in before.get(m["id"], []))
+        rec = run_mutant(m, units, deps, base, args.first_kill, killers)
         rec.update(seed=args.seed, tests_key=tkey)
         with open(args.results, "a") as f:
             f.write(json.dumps(rec) + "\n")
@@ -461,7 +460,7 @@ def run(args):
     report(args)
 
 
-def run_mutant(m, units, deps, base, first_kill):
+def run_mutant(m, units, deps, base, first_kill, first):
     t0 = time.time()
     rec = {"id": m["id"], "file": m["file"], "op": m["op"]}
     found = locate(m)
@@ -480,7 +479,7 @@ def run_mutant(m, units, deps, base, first_kill):
             return dict(rec, status="did not build", seconds=time.time() - t0)
         failed, timeout = [], False
         limit = lambda u: 3 * base["units"].get(u["name"], {"seconds": 600})["seconds"] + 10
-        for u, (f, _, to, _) in run_units(mine, limit, "mut", first_kill):
+        for u, (f, _, to, _) in run_units(mine, limit, "mut", first_kill, first):
             failed += [x for x in f if x not in base["excluded"]]
             timeout |= to
     status = "timeout" if timeout else "killed" if failed else "survived"
