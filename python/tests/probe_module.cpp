@@ -48,7 +48,6 @@ class Probe : public DispatchImpl<Probe> {
                                   .method("BumpStr", &Probe::Bump<std::string>)
                                   .method("BumpBool", &Probe::Bump<bool>)
                                   .method("BumpVar", &Probe::Bump<Variant>)
-                                  .method("BumpObj", &Probe::Bump<Object>)
                                   .method("ExtendI2", &Probe::Extend<std::int16_t>)
                                   .method("ExtendI4", &Probe::Extend<std::int32_t>)
                                   .method("ExtendR4", &Probe::Extend<float>)

@@ -60,13 +60,6 @@ def call_out(probe, target, member, kind, *values, on_other_thread=False):
     return probe.CallOut(target, member, kind, args, on_other_thread), args.value.tolist()
 
 
-def test_by_reference_plain_and_variadic_parameters(probe, screen):
-    assert call_out(probe, screen, "ScreenWorkAreaTwip", METHOD, 1, 2, 3, 4)[1] == FILLED
-    assert call_out(probe, screen, "GetFullPathToKai", METHOD, 1, 2, 3, 4) == ("\\Zene1\\Kouji2\\3kai", [1, 2, 3, 4])
-    assert call_out(probe, screen, "Total", METHOD, 1, "ab", 2.5) == (3, [2, "abab", 5.0])
-    assert screen.GetFullPathToKai(Ref(1), 2, Ref(3)) == "\\Zene1\\Kouji2\\3kai"  # through a proxy
-
-
 def test_attributes_are_read_called_and_set_by_name(probe, screen):
     assert call_out(probe, screen, "Name", GET)[0] == "screen"
     assert call_out(probe, screen, "NAME", METHOD)[0] == "screen"  # no exact match
@@ -103,13 +96,3 @@ def test_python_threads_run_while_components_are_called_from_other_threads(probe
     with concurrent.futures.ThreadPoolExecutor(4) as pool:
         assert all(pool.map(work, range(4)))
 
-
-def test_registration(component):
-    component("Py.Nothing", lambda: None)
-    component("Py.Failing", lambda: 1 / 0)
-    component("Py.Number", lambda: 5)
-    for prog_id, number in [("Py.Nothing", 429), ("Py.Failing", 440), ("Py.Number", 13)]:
-        assert error_of(seluvorne.CreateObject, prog_id).number == number
-    assert error_of(seluvorne.register, "Py.Bad", "not callable").number == 5
-    component("Py.Screen", Screen)
-    assert seluvorne.unregister("py.screen") is True and seluvorne.unregister("Py.Screen") is False

@@ -1,20 +1,12 @@
 """What the module tells a user: dir() and help() of a proxy from its
-class's member table, the engine's constants by name, and error texts that
-say what was wrong."""
+class's member table, and error texts that say what was wrong."""
 
 import pydoc
 
 import pytest
 
 import seluvorne
-from seluvorne.dao import dbFailOnError, dbInteger, dbOpenDynaset, dbOpenSnapshot, dbOpenTable, dbText
 from support import error_of
-
-
-def test_the_engines_constants_have_daos_names_and_values():
-    assert (dbInteger, dbText, dbFailOnError) == (3, 10, 128)
-    assert (dbOpenTable, dbOpenDynaset, dbOpenSnapshot) == (1, 2, 4)
-    assert seluvorne.dao.dbLangJapanese.startswith(";LANGID=0x0411")
 
 
 @pytest.mark.parametrize(
@@ -49,11 +41,6 @@ def test_a_python_component_lists_only_the_explicit_forms(component):
     plain = seluvorne.CreateObject("Py.Plain")
     assert set(dir(plain)) == {"invoke", "get", "put"}
     assert "resolved when they are called" in plain.__doc__
-
-
-def test_a_member_to_call_describes_itself(floors):
-    service = seluvorne.CreateObject("SeluVorneDS.clsSeluVorneDataService")
-    assert service.OpenDB_Sitei.__doc__ == "clsSeluVorneDataService.OpenDB_Sitei: method(1)"
 
 
 # The texts of a refused argument and of an unregistered name are the dispatch

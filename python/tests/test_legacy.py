@@ -30,16 +30,3 @@ def test_migrate_floor_reports_every_table_as_a_dict(tmp_path):
     assert report["report_file"] is None
     assert (folder / "SELUVORN.mdb.jet").exists()
 
-
-def test_a_damaged_floor_raises_3343_unless_salvaged(tmp_path):
-    folder = floor(tmp_path, "floor-empty", {"SELUVORN.mdb": "broken/zeroed-page.mdb"})
-    with pytest.raises(seluvorne.Error) as raised:
-        seluvorne.migrate_floor(str(folder))
-    assert raised.value.number == 3343
-    assert "KUTAIDATA" in raised.value.description
-    assert sorted(os.listdir(folder)) == ["SELUVORN.mdb"]
-
-    report = seluvorne.migrate_floor(str(folder), salvage=True)
-    kutai = next(t for t in report["files"][0]["tables"] if t["table"] == "KUTAIDATA")
-    assert (kutai["recorded"], kutai["written"]) == (343, 125)
-    assert "LOST 218" in open(report["report_file"], encoding="utf-8").read()

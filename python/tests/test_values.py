@@ -61,13 +61,6 @@ def test_changes_made_by_reference_before_an_error_come_back(probe):
     assert ref.value == 32767
 
 
-@pytest.mark.parametrize(
-    "value, number", [([1, 2], 13), ({"a": 1}, 13), (b"x", 13), (1j, 13), ("\ud800", 13), (10**400, 6)]
-)
-def test_values_without_a_runtime_form_raise(probe, value, number):
-    assert error_of(probe.Echo, value).number == number
-
-
 class RaisingIndex:
     def __index__(self):
         return 1 // 0

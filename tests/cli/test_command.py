@@ -30,31 +30,6 @@ def root(tmp_path_factory):
     return root
 
 
-def test_floors_lists_the_tree_with_pages_and_files(root):
-    text = run(root, "floors").stdout
-    assert "Zene1" in text and "Kouji1" in text and "3kai  11 pages" in text
-    floors = {f["floor"]: f for f in run_json(root, "floors")["floors"]}
-    assert floors["1/1/3"]["pages"] == 11 and floors["1/1/4"]["pages"] == 0
-    assert floors["1/1/3"]["files"] == {"SELUVORN.mdb": "native", "HARIFUKA.mdb": "native",
-                                        "SeluVorneSW.MDB": "native"}
-
-
-@pytest.mark.parametrize("kind, count", [("all", 11), ("girder", 9), ("secondary", 2)])
-def test_pages_by_kind(root, kind, count):
-    pages = run_json(root, "pages", "1/1/3", "--kind", kind)["pages"]
-    assert len(pages) == count
-    for page in pages:
-        assert page["kind"] == ("secondary" if page["grid_name"].startswith("小梁") else "girder")
-
-
-def test_pages_give_spans_and_lengths(root):
-    pages = {p["page"]: p for p in run_json(root, "pages", "1/1/3")["pages"]}
-    assert pages[1]["grid_name"] == "Y1通り" and pages[1]["spans"] == 4
-    assert pages[1]["length"] == 4 * 7200
-    assert pages[5]["grid_name"] == "X1通り" and pages[5]["length"] == 6000 + 8400 + 6000
-    assert "Y1通り" in run(root, "pages", "1/1/3").stdout
-
-
 def test_show_reads_the_span_model(root):
     beam = run_json(root, "show", "1/1/3", "2")["beam"]
     assert beam["grid_name"] == "Y2通り" and len(beam["spans"]) == 4
@@ -154,28 +129,3 @@ def test_check_finds_rows_the_directory_does_not_list(root, tmp_path):
     damaged = run(root, "check", "2/1/1", expect=1)
     assert "row 1 missing from index KUTAIDATA~PAGE" in damaged.stdout, damaged.stderr
 
-
-def test_a_new_floor_serves_every_subcommand(root):
-    """A floor the command made is a source and a destination like any other;
-    a copy to a floor that is not there says what to do and makes nothing."""
-    run(root, "new", "1/1/5")
-    run(root, "copy", "1/1/3", "1/1/5", "--pages", "2", "--append")
-    missing = run(root, "copy", "1/1/5", "1/1/6", "--pages", "1", expect=1)
-    assert "`seluvorne new 1/1/6` creates it" in missing.stderr and "progress" not in missing.stderr
-    assert not (root / "Zene1" / "Kouji1" / "6kai").exists()
-    run(root, "copy", "1/1/5", "1/1/6", "--pages", "1", "--create")
-    assert run_json(root, "pages", "1/1/6")["pages"][0]["grid_name"] == \
-        run_json(root, "pages", "1/1/3")["pages"][1]["grid_name"]
-
-
-@pytest.mark.parametrize("fixture", ["empty.mdb", "not-a-database.mdb"])
-def test_migrate_refuses_a_file_neither_legacy_nor_ours(root, fixture):
-    folder = root / "Zene3" / "Kouji1" / "1kai"
-    folder.mkdir(parents=True, exist_ok=True)
-    source = os.path.join(os.path.dirname(__file__), "..", "fixtures", "jet", "broken", fixture)
-    content = open(source, "rb").read()
-    (folder / "SELUVORN.mdb").write_bytes(content)
-    done = run(root, "migrate", "3/1/1", expect=1)
-    assert done.stderr.startswith("error 3343: ") and "neither a legacy Jet file" in done.stderr
-    assert sorted(p.name for p in folder.iterdir()) == ["SELUVORN.mdb"]
-    assert (folder / "SELUVORN.mdb").read_bytes() == content

@@ -77,34 +77,6 @@ TEST_F(DatabaseTest, PageAndKindQueriesFindTheirHiddenIndexes) {
   }
 }
 
-TEST_F(DatabaseTest, CreateOverAnExistingFileRaisesAndLeavesItByteForByte) {
-  auto db = Create("HARIFUKA.mdb");
-  AddFloorTable(*db, "KUTAIDATA");
-  AddRow(*db, "KUTAIDATA", 1, 0, 0, "kept");
-  db->Close();
-  WriteBytes(PathOf("notes.txt"), "not ours");
-  for (const char* file : {"HARIFUKA.mdb", "notes.txt"}) {
-    std::string before = ReadBytes(PathOf(file));
-    EXPECT_RAISES(Create(file), kDatabaseExists);
-    EXPECT_EQ(ReadBytes(PathOf(file)), before) << file;
-  }
-}
-
-TEST_F(DatabaseTest, BackslashesMapToFoldersAndMissingOnesAreNeverCreated) {
-  std::filesystem::create_directory(folder_ / "3kai");
-  std::string path = folder_.string() + "\\3kai\\SELUVORN.mdb";
-  EXPECT_EQ(
-      dao::DBEngine::Instance()->CreateDatabase(path, std::string(dao::dbLangJapanese))->Name(),
-      path);
-  EXPECT_TRUE(std::filesystem::is_regular_file(folder_ / "3kai" / "SELUVORN.mdb"));
-  EXPECT_RAISES(Open("SELUVORN.mdb"), kFileNotFoundDb);
-  EXPECT_RAISES(Open("nofolder/SELUVORN.mdb"), kInvalidPath);
-  EXPECT_RAISES(Create("nofolder/SELUVORN.mdb"), kInvalidPath);
-  EXPECT_RAISES(dao::DBEngine::Instance()->CreateDatabase(PathOf("x.mdb"), "Japanese"),
-                kInvalidArgument);
-  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder_), {}), 1);
-}
-
 // Files that are none of ours raise 3343, never an engine crash or a new
 // file; Jet files that cannot be read whole say they are legacy files. A file
 // of ours cut short is SQLite's to judge: the damage raises 3343 when the

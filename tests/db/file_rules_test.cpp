@@ -136,28 +136,6 @@ TEST_F(FileRulesTest, WhatAKilledCreationOrCopyOrAnOldFileLeftDoesNotBlockOrLeak
   }
 }
 
-TEST_F(FileRulesTest, ACreationThatLosesLeavesTheWinnersFileAndLogAlone) {
-  auto winner = Create("SELUVORN.mdb");
-  AddFloorTable(*winner, "KUTAIDATA");
-  AddRow(*winner, "KUTAIDATA", 1, 0, 0, "in the log");
-  ASSERT_TRUE(fs::exists(PathOf("SELUVORN.mdb-wal")));
-  const pid_t loser = Fork([&] {
-    try {
-      Create("SELUVORN.mdb");
-    } catch (const Error& error) {
-      return error.number == kDatabaseExists ? 0 : 1;
-    }
-    return 1;
-  });
-  EXPECT_EQ(ExitStatus(loser), 0);
-  EXPECT_TRUE(fs::exists(PathOf("SELUVORN.mdb-wal")));
-  AddRow(*winner, "KUTAIDATA", 2, 0, 0, "after");
-  winner->Close();
-  EXPECT_EQ(CountRows(*Open("SELUVORN.mdb"), "SELECT * FROM KUTAIDATA;"), 2);
-  for (const auto& entry : fs::directory_iterator(folder_))
-    EXPECT_EQ(entry.path().string().find(".creating-"), std::string::npos) << entry.path();
-}
-
 // statfs types: network file systems get the rollback journal, whatever the
 // file had; local ones WAL.
 TEST_F(FileRulesTest, OnANetworkShareAFileUsesTheRollbackJournal) {

@@ -12,19 +12,6 @@ using namespace seluvorne::errc;
 
 using FilesTest = DbTest;
 
-TEST_F(FilesTest, ADatabaseFileHeldOpenCannotBeDeleted) {
-  auto db = Create("HARIFUKA.mdb");
-  AddFloorTable(*db, "KUTAIDATA");
-  std::string path = folder_.string() + "\\HARIFUKA.mdb";
-  auto rs = db->OpenRecordset("KUTAIDATA", dao::dbOpenDynaset);
-  db.reset();  // a record set still holds the database
-  EXPECT_RAISES(files::DeleteFile(path), kPermissionDenied);
-  rs.reset();
-  files::DeleteFile(path);
-  EXPECT_TRUE(std::filesystem::is_empty(folder_));  // the log files went too
-  EXPECT_RAISES(files::DeleteFile(path), kFileNotFound);
-}
-
 TEST_F(FilesTest, ACopyOfAnOpenDatabaseHoldsEveryCommittedRow) {
   auto db = Create("HARIFUKA.mdb");
   AddFloorTable(*db, "KUTAIDATA");

@@ -1,5 +1,5 @@
-// Record sets: reading forwards, the record count, adding rows and the rules
-// fields apply to them.
+// Record sets: adding rows, the rules fields apply to them, the values read
+// back, and statements that follow a change of the schema.
 
 #include <SQLiteCpp/SQLiteCpp.h>
 
@@ -12,26 +12,6 @@ using namespace seluvorne::errc;
 using vb::Variant;
 
 using RecordsetTest = PageTest;
-
-TEST_F(RecordsetTest, RecordCountCountsTheRowsVisitedUntilMoveLast) {
-  auto rs = db->OpenRecordset("SELECT * FROM KUTAIDATA WHERE PAGE = 3;", dao::dbOpenDynaset);
-  EXPECT_EQ(rs->RecordCount(), 1);
-  rs->MoveNext();
-  EXPECT_EQ(rs->RecordCount(), 2);
-  rs->MoveFirst();
-  EXPECT_EQ(rs->RecordCount(), 2);  // moving back forgets nothing
-  rs->MoveLast();
-  EXPECT_EQ(rs->RecordCount(), 5);
-  rs->MoveNext();
-  EXPECT_TRUE(rs->IsEOF());
-  EXPECT_RAISES(rs->Value("DATA"), kNoCurrentRecord);
-  EXPECT_RAISES(rs->MoveNext(), kNoCurrentRecord);
-
-  auto empty = db->OpenRecordset("SELECT * FROM KUTAIDATA WHERE PAGE = 9;", dao::dbOpenSnapshot);
-  EXPECT_TRUE(empty->IsEOF() && empty->IsBOF());
-  EXPECT_EQ(empty->RecordCount(), 0);
-  EXPECT_RAISES(empty->MoveLast(), kNoCurrentRecord);
-}
 
 TEST_F(RecordsetTest, AddedRowsTakeDefaultsAndNullForFieldsNotSet) {
   // A table opened by name reads nothing until navigated: rows added first are read.
@@ -100,20 +80,6 @@ TEST_F(RecordsetTest, UpdateAppliesTheFieldsRule) {
   }
 }
 
-TEST_F(RecordsetTest, GetRowsGivesFieldByRowAndMovesOn) {
-  auto rs = db->OpenRecordset("SELECT * FROM KUTAIDATA WHERE PAGE = 3;", dao::dbOpenSnapshot);
-  EXPECT_EQ(rs->GetRows().UBound(2), 0);  // one row when not told
-  vb::Array<Variant> rows = rs->GetRows(99999);
-  ASSERT_EQ(rows.UBound(1), 3);  // four fields
-  ASSERT_EQ(rows.UBound(2), 3);  // the four rows left
-  EXPECT_EQ(rows(0, 1), Variant(std::int16_t{3}));
-  EXPECT_EQ(rows(2, 1), Variant(std::int16_t{2}));
-  EXPECT_EQ(rows(3, 0), Variant("d1"));
-  EXPECT_TRUE(rs->IsEOF());
-  EXPECT_EQ(rs->RecordCount(), 5);
-  EXPECT_RAISES(rs->GetRows(1), kNoCurrentRecord);
-}
-
 // Each kind of stored value reads back as it was stored, texts on both sides
 // of the length kept beside the number in a row's memory.
 TEST_F(RecordsetTest, ValuesReadBackAsStored) {
@@ -138,61 +104,6 @@ TEST_F(RecordsetTest, ValuesReadBackAsStored) {
       EXPECT_EQ(rs->Fields()->Item(static_cast<std::int32_t>(column))->Value(), expected[column])
           << "row " << row << ", column " << column;
   EXPECT_EQ(row, 5);
-}
-
-TEST_F(RecordsetTest, ATableTypeSetCountsItsTableAtOnce) {
-  EXPECT_EQ(db->OpenRecordset("KUTAIDATA", dao::dbOpenTable)->RecordCount(), 6);
-  EXPECT_EQ(db->OpenRecordset("KUTAIDATA", dao::dbOpenDynaset)->RecordCount(), 1);
-}
-
-// A set's fields are named and typed after the fields they read ("NAME:type",
-// no type for an expression); a set that reads anything but the fields of one
-// table adds no rows. Beside KUTAIDATA, "SPANTOP" (X text) and "spantop" (X
-// integer), which SQLite keeps under another name.
-TEST_F(RecordsetTest, FieldsComeFromTheirOriginAndOnlyPlainSetsAdd) {
-  for (auto [name, type] : {std::pair{"SPANTOP", dao::dbText}, {"spantop", dao::dbInteger}}) {
-    auto table = db->CreateTableDef(name);
-    table->Fields()->Append(table->CreateField("X", type, 10));
-    db->TableDefs()->Append(table);
-  }
-  const struct {
-    const char* sql;
-    std::vector<std::string> fields;
-    bool adds;  // AddNew is allowed; else 3027
-  } shapes[] = {
-      {"SELECT * FROM KUTAIDATA WHERE PAGE = 3;",
-       {"PAGE:3", "SUBPAGE:3", "BANGOU:3", "DATA:10"},
-       true},
-      {"SELECT PAGE AS TXT, DATA FROM KUTAIDATA;", {"TXT:3", "DATA:10"}, true},
-      {"SELECT spantop.X FROM spantop;", {"X:3"}, true},
-      {"SELECT s.X FROM SPANTOP s;", {"X:10"}, true},
-      {"SELECT PAGE + 1, COUNT(*) AS N, DATA, 'a' FROM KUTAIDATA;",
-       {"Expr1000", "N", "DATA:10", "Expr1001"},
-       false},
-      {"SELECT COUNT(*) AS N FROM KUTAIDATA;", {"N"}, false},
-      {"SELECT PAGE FROM KUTAIDATA GROUP BY PAGE;", {"PAGE:3"}, false},
-      {"SELECT DISTINCT PAGE FROM KUTAIDATA;", {"PAGE:3"}, false},
-      {"SELECT a.PAGE, b.DATA FROM KUTAIDATA a, KUTAIDATA b;", {"PAGE:3", "DATA:10"}, false},
-      {"SELECT k.PAGE, s.X FROM KUTAIDATA k JOIN spantop s ON k.PAGE = s.X;",
-       {"PAGE:3", "X:3"},
-       false}};
-  for (const auto& shape : shapes) {
-    SCOPED_TRACE(shape.sql);
-    auto rs = db->OpenRecordset(shape.sql, dao::dbOpenDynaset);
-    auto fields = rs->Fields();
-    std::vector<std::string> found;
-    for (std::int32_t i = 0; i < fields->Count(); ++i) {
-      auto field = fields->Item(i);
-      const bool typed =
-          i >= std::ssize(shape.fields) || shape.fields[i].find(':') != std::string::npos;
-      found.push_back(field->Name() + (typed ? ":" + std::to_string(field->Type()) : ""));
-    }
-    EXPECT_EQ(found, shape.fields);
-    if (shape.adds)
-      rs->AddNew();
-    else
-      EXPECT_RAISES(rs->AddNew(), kReadOnly);
-  }
 }
 
 // A statement cached before another program changed the table is prepared

@@ -1,12 +1,9 @@
 // What the engine keeps between calls: the catalogue (reread only when a
-// name is missing), rows read (shared while the file is unchanged), and a
-// log that shrinks back.
+// name is missing) and rows read (shared while the file is unchanged).
 
 #include <SQLiteCpp/SQLiteCpp.h>
-#include <sqlite3.h>
 
 #include <chrono>
-#include <functional>
 #include <thread>
 
 #include "catalogue.h"
@@ -18,25 +15,9 @@ namespace seluvorne::testing {
 namespace {
 
 using namespace seluvorne::errc;
-namespace fs = std::filesystem;
 
 class ReuseTest : public PageTest {
  protected:
-  // Counts the statements SQLite runs on the file's shared connection.
-  int StatementsRunBy(const std::function<void()>& action) {
-    auto connection = db::Connection::Open(PathOf("SELUVORN.mdb"), "SELUVORN.mdb");
-    int statements = 0;
-    sqlite3_trace_v2(
-        connection->sqlite().getHandle(), SQLITE_TRACE_STMT,
-        [](unsigned, void* count, void*, void*) {
-          ++*static_cast<int*>(count);
-          return 0;
-        },
-        &statements);
-    action();
-    sqlite3_trace_v2(connection->sqlite().getHandle(), 0, nullptr, nullptr);
-    return statements;
-  }
   // A table appended through a second connection, as another process would.
   void AppendElsewhere(const std::string& name) {
     SQLite::Database other(PathOf("SELUVORN.mdb"), SQLite::OPEN_READWRITE);
@@ -49,29 +30,6 @@ class ReuseTest : public PageTest {
                " (PAGE) VALUES (7)");
   }
 };
-
-TEST_F(ReuseTest, KnownNamesAndUnchangedReadsRunNoCatalogueQuery) {
-  const std::string page3 = "SELECT * FROM KUTAIDATA WHERE PAGE = 3;";
-  CountRows(*db, page3);  // read once: remembered
-  const struct {
-    const char* what;
-    std::function<void()> action;
-    int statements;
-  } cases[] = {
-      {"a table by name", [&] { db->TableDefs()->Item("KUTAIDATA"); }, 0},
-      {"a table set", [&] { db->OpenRecordset("KUTAIDATA", dao::dbOpenTable); }, 0},
-      {"a known statement again, file unchanged", [&] { EXPECT_EQ(CountRows(*db, page3), 5); },
-       1},  // the data-version probe only
-      {"a new statement", [&] { EXPECT_EQ(CountRows(*db, "SELECT * FROM KUTAIDATA;"), 6); }, 1},
-      {"a missing name: one schema-version check",
-       [&] { EXPECT_RAISES(db->TableDefs()->Item("NOSUCH"), kItemNotFound); }, 1},
-      {"a listing checks the schema version", [&] { db->TableDefs()->Count(); }, 1},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.what);
-    EXPECT_EQ(StatementsRunBy(c.action), c.statements);
-  }
-}
 
 TEST_F(ReuseTest, TablesAnotherConnectionAddsAreFoundByName) {
   const struct {
@@ -98,15 +56,6 @@ TEST_F(ReuseTest, TablesAnotherConnectionAddsAreFoundByName) {
     AppendElsewhere(c.name);
     EXPECT_EQ(c.reach(), 1);
   }
-}
-
-TEST_F(ReuseTest, ANameInOtherLettersAddedElsewhereIsPreferredWhenExact) {
-  AddFloorTable(*db, "spantop");
-  AppendElsewhere("SPANTOP");
-  auto rs = db->OpenRecordset("SPANTOP", dao::dbOpenDynaset);
-  rs->MoveLast();
-  EXPECT_EQ(rs->RecordCount(), 1);  // the other connection's table, with its row
-  EXPECT_EQ(db->TableDefs()->Item("spantop")->Fields()->Count(), 4);
 }
 
 TEST_F(ReuseTest, RememberedRowsGiveWayToEveryKindOfChange) {
@@ -138,18 +87,6 @@ TEST_F(ReuseTest, RememberedRowsGiveWayToEveryKindOfChange) {
     before->MoveFirst();
     EXPECT_EQ(before->GetRows(100).UBound(2) + 1, rows_before);  // a set read keeps its rows
   }
-}
-
-TEST_F(DbTest, TheLogShrinksBackAfterALargeStatement) {
-  auto db = Create("SELUVORN.mdb");
-  AddFloorTable(*db, "KUTAIDATA");
-  AddRow(*db, "KUTAIDATA", 0, 0, 0, std::string(190, 'x'));
-  for (int doubling = 0; doubling < 15; ++doubling)  // 32,768 rows of 190 characters
-    db->Execute("INSERT INTO KUTAIDATA SELECT * FROM KUTAIDATA;");
-  AddRow(*db, "KUTAIDATA", 1, 0, 0, "after");
-  AddRow(*db, "KUTAIDATA", 1, 0, 0, "after");
-  EXPECT_LE(fs::file_size(PathOf("SELUVORN.mdb-wal")), 4u << 20);
-  EXPECT_EQ(CountRows(*db, "SELECT * FROM KUTAIDATA WHERE PAGE = 1;"), 2);
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// The statements the stores send, and the ones the engine refuses.
+// The statements a caller may send, and the ones the engine refuses.
 
 #include "db_fixture.h"
 
@@ -17,24 +17,6 @@ class StatementTest : public PageTest {
     return spans;
   }
 };
-
-TEST_F(StatementTest, TheStoresStatementsDoWhatTheySay) {
-  using SpanList = std::vector<std::int16_t>;
-  EXPECT_EQ(Spans("SELECT * FROM [KUTAIDATA] WHERE PAGE BETWEEN 3 AND 3 AND SUBPAGE BETWEEN 1 "
-                  "AND 2;"),
-            (SpanList{1, 2}));
-  db->Execute("DELETE * FROM KUTAIDATA WHERE PAGE BETWEEN 3 AND 3 AND SUBPAGE BETWEEN 2 AND 2;",
-              dao::dbFailOnError);
-  db->Execute("UPDATE KUTAIDATA SET SUBPAGE = SUBPAGE - 1 Where PAGE = 3 AND SUBPAGE > 2;",
-              dao::dbFailOnError);
-  EXPECT_EQ(Spans("SELECT * FROM KUTAIDATA Where PAGE = 3 ORDER BY SUBPAGE ASC;"),
-            (SpanList{0, 1, 2, 3}));
-  // Numbers in texts and ORDER BY positions stay as they are.
-  EXPECT_EQ(Spans("SELECT * FROM KUTAIDATA WHERE PAGE = 3 AND DATA <> 'd1' ORDER BY 2 DESC;"),
-            (SpanList{3, 2, 0}));
-  db->Execute("DELETE * FROM kutaidata WHERE PAGE = 3 ;", dao::dbFailOnError);
-  EXPECT_EQ(CountRows(*db, "SELECT * FROM KUTAIDATA;"), 1);
-}
 
 struct Refusal {
   const char* sql;

@@ -1,5 +1,5 @@
-// Late-bound calls through a member table: the registry, arguments by value and
-// by reference, coercion, and the errors of a call that cannot be made.
+// Late-bound calls through a member table: arguments by reference, and the
+// errors of a call that cannot be made.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -62,21 +62,8 @@ class DispatchTest : public testing::Test {
   }
   void TearDown() override { Unregister("Test.Gauge"); }
 
-  template <class... A>
-  Variant Call(std::string_view name, A... args) {
-    std::vector<Variant> list{Variant(args)...};
-    return Invoke(gauge, name, CallKind::Method, list);
-  }
-
   Object gauge;
 };
-
-TEST_F(DispatchTest, RegistryCreatesByNameWithoutRegardToCase) {
-  EXPECT_NE(CreateObject("Test.Gauge"), gauge);  // a new object each time
-  EXPECT_RAISES(CreateObject("Test.Missing"), kCannotCreateObject);
-  EXPECT_TRUE(Unregister("test.gauge"));
-  EXPECT_RAISES(CreateObject("Test.Gauge"), kCannotCreateObject);
-}
 
 TEST_F(DispatchTest, ByReferenceArgumentsAreWrittenBackAsTheParametersType) {
   std::vector<Variant> args{Variant(std::int32_t{5}), Variant(3.0)};  // converted copies
@@ -89,38 +76,6 @@ TEST_F(DispatchTest, ByReferenceArgumentsAreWrittenBackAsTheParametersType) {
   EXPECT_EQ(CallByName(gauge, "Bump", CallKind::Method, Ref(count), Ref(label)), Variant("x!"));
   EXPECT_EQ(count, 10);
   EXPECT_EQ(label, "x!");
-}
-
-TEST_F(DispatchTest, TypedObjectsByReferenceAreWrittenBackAsObjects) {
-  std::vector<Variant> args(1);  // Empty: Nothing
-  EXPECT_EQ(Invoke(gauge, "Restock", CallKind::Method, args), Variant(false));
-  const Object given = vb::CObj(args[0]);
-  ASSERT_TRUE(std::dynamic_pointer_cast<Shelf>(given));
-  EXPECT_EQ(Invoke(gauge, "Restock", CallKind::Method, args), Variant(true));
-  EXPECT_NE(vb::CObj(args[0]), given);
-  args[0] = Variant(gauge);  // an object of another class
-  EXPECT_RAISES(Invoke(gauge, "Restock", CallKind::Method, args), kTypeMismatch);
-  EXPECT_EQ(args[0], Variant(gauge));
-}
-
-TEST_F(DispatchTest, ArgumentsAreCoercedWithTheRuntimesRules) {
-  EXPECT_EQ(Call("Sum", "12", 2.5), Variant(std::int32_t{14}));  // 2.5 rounds to 2
-  EXPECT_EQ(Call("Sum", 1), Variant(std::int32_t{101}));         // optional left out
-  EXPECT_RAISES(Call("Sum", "abc"), kTypeMismatch);
-  EXPECT_RAISES(Call("Sum", 40000), kOverflow);
-  EXPECT_RAISES(Call("Sum", Variant(vb::Null)), kInvalidUseOfNull);
-  EXPECT_RAISES(Call("Sum"), kWrongArgumentCount);
-  std::vector<Variant> page{Variant("12")};
-  Invoke(gauge, "ppageno", CallKind::PropertyPut, page);
-  EXPECT_EQ(Invoke(gauge, "pPageNo", CallKind::PropertyGet, {}), Variant(std::int16_t{12}));
-  EXPECT_EQ(vb::CInt(Variant(gauge)), 42);  // an object used as a value answers Value
-}
-
-TEST_F(DispatchTest, UnknownMembersAndEmptyReferences) {
-  EXPECT_RAISES(Call("NoSuchMember"), kMemberNotSupported);
-  std::vector<Variant> value{Variant(1)};
-  EXPECT_RAISES(Invoke(gauge, "Value", CallKind::PropertyPut, value), kMemberNotSupported);
-  EXPECT_RAISES(Invoke(nullptr, "Value", CallKind::PropertyGet, {}), kObjectNotSet);
 }
 
 // What a refused argument's error says: the standard text first, then the
@@ -153,17 +108,6 @@ TEST_F(DispatchTest, MismatchesNameTheMemberTheArgumentAndItsValue) {
       EXPECT_EQ(error.description, "Type mismatch (" + source + ": " + c.said);
     }
   }
-}
-
-TEST_F(DispatchTest, AnUnregisteredNameSaysHowToRegisterIt) {
-  using ::testing::HasSubstr;
-  EXPECT_RAISES_THAT(
-      CreateObject("FolderKit.clsExistProbe"), kCannotCreateObject,
-      ::testing::AllOf(::testing::StartsWith("ActiveX component can't create object "
-                                             "(FolderKit.clsExistProbe is not registered:"),
-                       HasSubstr("Register("), HasSubstr("seluvorne.register("),
-                       HasSubstr("RegisterStandaloneComponents("),
-                       HasSubstr("seluvorne.register_standalone(")));
 }
 
 }  // namespace

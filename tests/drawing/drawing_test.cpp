@@ -49,23 +49,6 @@ void ExpectPoints(const std::vector<Point>& outline, std::initializer_list<At> e
   }
 }
 
-TEST(ElevationLayout, ColumnsStandAboutTheirCentreLines) {
-  const ElevationLayout layout = LayoutElevation(TwoSpans());
-  ASSERT_EQ(layout.columns.size(), 3u);
-  // Column centres at 400, 7,600 and 13,600 from the outer face of column 0.
-  const double faces[3][2] = {{0, 800}, {7150, 8050}, {13200, 14000}};
-  for (int k = 0; k < 3; ++k) {
-    EXPECT_DOUBLE_EQ(layout.columns[k].left, faces[k][0]) << k;
-    EXPECT_DOUBLE_EQ(layout.columns[k].right, faces[k][1]) << k;
-  }
-  // The columns reach beyond the deepest haunch and the highest top.
-  EXPECT_LT(layout.columns[1].bottom, -50 - 900 - 150);
-  EXPECT_GT(layout.columns[1].top, 0 + 100);
-  ASSERT_EQ(layout.grid_labels.size(), 3u);
-  EXPECT_DOUBLE_EQ(layout.grid_labels[1].at.x, 7600);
-  EXPECT_EQ(layout.grid_labels[1].text, "X2");
-}
-
 TEST(ElevationLayout, BeamsRunFaceToFaceWithTheirLevelsAndDepths) {
   const ElevationLayout layout = LayoutElevation(TwoSpans());
   ASSERT_EQ(layout.beams.size(), 2u);
@@ -93,51 +76,6 @@ TEST(ElevationLayout, HaunchesGrowFromTheFaceAlongTheBeam) {
   EXPECT_DOUBLE_EQ(bottom[1].x, 8650);
   EXPECT_NEAR(bottom[1].y, -50 - (900 - 200 * 600.0 / 5150), 1e-9);
   ExpectPoints(bottom, {{0, 8050, -950}, {2, 8050, -1100}});
-}
-
-TEST(ElevationLayout, DimensionsGiveSpansThenClearSpans) {
-  const ElevationLayout layout = LayoutElevation(TwoSpans());
-  ASSERT_EQ(layout.dimensions.size(), 4u);
-  EXPECT_EQ(layout.dimensions[0].text, "7200");
-  EXPECT_DOUBLE_EQ(layout.dimensions[0].x0, 400);
-  EXPECT_DOUBLE_EQ(layout.dimensions[0].x1, 7600);
-  EXPECT_EQ(layout.dimensions[2].text, "6350");
-  EXPECT_EQ(layout.dimensions[3].text, "5150");
-  EXPECT_LT(layout.dimensions[2].y, layout.dimensions[0].y);
-  EXPECT_EQ(layout.title.front(), "page 1  Y1通り");
-}
-
-TEST(ElevationLayout, RefusesABeamThatCannotStand) {
-  BeamElevation missing_column = TwoSpans();
-  missing_column.columns.pop_back();
-  BeamElevation negative = TwoSpans();
-  negative.spans[0].length = -1;
-  for (const BeamElevation& beam : {missing_column, negative, BeamElevation{}})
-    EXPECT_RAISES(LayoutElevation(beam), 5);
-}
-
-TEST(ElevationFiles, SvgAndPngAtTheGivenScale) {
-  const auto folder = std::filesystem::path(::testing::TempDir()) / "elevation";
-  std::filesystem::create_directories(folder);
-  const BeamElevation beam = TwoSpans();
-  const ElevationLayout layout = LayoutElevation(beam);
-
-  WriteElevation(beam, folder / "beam.png", 50);
-  QImage image(QString::fromStdString((folder / "beam.png").string()));
-  ASSERT_FALSE(image.isNull());
-  // 5 pixels to the paper millimetre at 1:50.
-  EXPECT_NEAR(image.width(), (layout.extent.right - layout.extent.left) / 50 * 5, 1);
-  WriteElevation(beam, folder / "half.png", 100);
-  EXPECT_NEAR(QImage(QString::fromStdString((folder / "half.png").string())).width(),
-              image.width() / 2.0, 1);
-
-  WriteElevation(beam, folder / "beam.svg", 50);
-  const std::string svg = seluvorne::testing::ReadBytes(folder / "beam.svg");
-  for (const char* text : {"<svg", "X2", "G1", "7200", "Y1通り"})
-    EXPECT_NE(svg.find(text), std::string::npos) << text;
-
-  EXPECT_RAISES(WriteElevation(beam, folder / "beam.pdf", 50), 5);
-  EXPECT_RAISES(WriteElevation(beam, folder / "no" / "such" / "beam.png", 50), 75);
 }
 
 }  // namespace

@@ -1,6 +1,5 @@
 // The page buffer, a page read whole and written back under pPageNo, and the
-// floor copies built on it: one page straight across, and the work file
-// pages are read from while the live file is rewritten.
+// work file pages are read from while the live file is rewritten.
 
 #include "fukasi_fixture.h"
 
@@ -38,40 +37,6 @@ TEST_F(FloorCopyTest, ReadDBKeepsOneSpareEntryAndWriteDBWritesUnderPPageNoSkippi
   store->pPageNo = 4;
   store->HariFukasi_Del_DBTBL();
   EXPECT_EQ(Rows(file), PageAs(4, 9));
-}
-
-TEST_F(FloorCopyTest, BadUseOfThePageBufferRaisesBeforeThePageIsDeleted) {
-  store->WriteDB_Open(floor);
-  store->pPageNo = 4;
-  EXPECT_RAISES(store->WriteDB(), errc::kSubscriptOutOfRange);  // nothing read yet
-  store->ReadDB();
-  store->pPageNo = 160;
-  EXPECT_RAISES(store->WriteDB(), errc::kInvalidCall);
-  EXPECT_EQ(Rows(file), fixture);
-}
-
-TEST_F(FloorCopyTest, OnePageReplacesTheDestinationPageAndTheCallsAreThese) {
-  const std::string destination =
-      MakeFloorWith({{5, 0, 0, 0, 0, "replaced"}, {6, 0, 0, 0, 0, "kept"}}, 2);
-  EXPECT_TRUE(Copy(1, 4, 2, 5));
-  std::vector<Row> expected = PageAs(4, 5);
-  expected.insert(expected.begin(), Row{6, 0, 0, 0, 0, "kept"});
-  EXPECT_EQ(Rows(FileIn(destination)), expected);
-  EXPECT_THAT(fakes.Log(), ElementsAre("FolderKit.clsFloorDirs#1 GetFullPathToKai(1%, 1%, 1%)",
-                                       "FolderKit.clsFloorDirs#1 GetFullPathToKai(1%, 1%, 2%)",
-                                       Probe(file), Probe(FileIn(destination))));
-  EXPECT_RAISES(store->CloseDB(), errc::kObjectNotSet);  // both files closed again
-}
-
-TEST_F(FloorCopyTest, AFloorWithoutAFileGetsOneAndBadDestinationsRaise) {
-  EXPECT_RAISES(Copy(1, 4, 1, 160), errc::kInvalidCall);
-  EXPECT_THAT(fakes.Log(), IsEmpty());                      // checked before any call
-  EXPECT_RAISES(store->Copy_OpenDB(), errc::kBadFileName);  // No_Copy1Page names the file
-  const std::string destination = MakeFloorFolder(1, 1, 3);
-  EXPECT_TRUE(Copy(1, 4, 3, 0));
-  EXPECT_EQ(Rows(FileIn(destination)), PageAs(4, 0));
-  EXPECT_RAISES(Copy(1, 4, 9, 0), errc::kInvalidPath);  // no folder 9kai
-  EXPECT_FALSE(files::FolderExists(FloorFolder(1, 1, 9)));
 }
 
 TEST_F(FloorCopyTest, PagesAreReadFromTheWorkFileWhileTheLiveFileIsRewritten) {

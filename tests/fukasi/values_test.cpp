@@ -51,40 +51,6 @@ TEST_F(ValueTest, ThePositionsLoopTopLeftRightBottom) {
                                 store->ItiNoSita()));
 }
 
-TEST_F(ValueTest, SyukinHonIsReadOnlyAndReadsCode12Or14) {
-  Key(0, 0, 2, 0);
-  EXPECT_EQ(Get("SyukinHon", {0}), Variant("2"));
-  Key(0, 1, 0, 1);
-  EXPECT_EQ(Get("SyukinHon", {1}), Variant("3"));
-  EXPECT_RAISES(Put("SyukinHon", {0}, "5"), errc::kMemberNotSupported);
-}
-
-TEST_F(ValueTest, TheFirstUseOpensThePathsFileOrTheCurrentFloorsAndStoresEmptyValues) {
-  Key(0, 0, 2, 0);
-  EXPECT_EQ(Get("Kigou"), Variant("F1"));
-  EXPECT_EQ(Get("HaraKei"), Variant(""));  // no row
-  Put("Atusa", {}, "");
-  EXPECT_THAT(Rows(file, " WHERE ITI = 2 AND BANGOU = 19"), ElementsAre(Row{0, 0, 2, 0, 19, ""}));
-  store->CloseDB();
-  store->SetPath("");
-  fakes.Answer(frame::FloorDirs::kProgId, "CurrFloor", Variant(FloorFolder(1, 1, 2)));
-  EXPECT_EQ(Get("Kigou"), Variant(""));  // the current floor's new file
-  EXPECT_THAT(fakes.Log(frame::FloorDirs::kProgId),
-              ElementsAre("FolderKit.clsFloorDirs#1 get CurrFloor",
-                          "FolderKit.clsFloorDirs#1 MakeMkDir(\"" + FloorFolder(1, 1, 2) + "\")"));
-}
-
-TEST_F(ValueTest, EndAnkaReadCopiesTheEndAnchorageIntoTheStartAndAnswersEmpty) {
-  Key(0, 0, 2, 0);
-  Put("KaisiAnka", {}, "old");
-  EXPECT_EQ(Get("EndAnka"), Variant(""));
-  Key(0, 1, 0, 1);  // no end anchorage there: the start one becomes empty
-  EXPECT_EQ(Get("EndAnka"), Variant(""));
-  EXPECT_THAT(
-      Rows(file, " WHERE BANGOU = 2"),
-      ElementsAre(Row{4, 3, 2, 5, 2, "B"}, Row{0, 0, 2, 0, 2, "A"}, Row{0, 1, 0, 1, 2, ""}));
-}
-
 TEST_F(ValueTest, ABadKeyOrValueRaisesBeforeTheStoredValueIsDeleted) {
   // Page 160 is beyond the page limit of 159.
   const std::vector<Row> bad_keys = {{160, 0, 0, 0, 6, "kept"}, {-1, 0, 0, 0, 6, "kept"},

@@ -11,26 +11,6 @@ namespace {
 constexpr std::string_view kTable =
     "H 1 4 932\nT 1:A 2 2\nF 4:PAGE 3 2 2:-1 0\nF 4:DATA 10 3 - 1\n";
 
-TEST(JetStream, KeepsNullApartFromEmptyText) {
-  JetFile file = ParseJetStream(std::string(kTable) + "R 1:0 -\nR 2:-5 0:\nE 2\nZ\n");
-  ASSERT_EQ(file.tables.size(), 1u);
-  const JetTable& table = file.tables[0];
-  EXPECT_EQ(file.code_page, 932);
-  EXPECT_EQ(table.fields[0].default_value, "-1");
-  EXPECT_FALSE(table.fields[1].default_value);
-  EXPECT_TRUE(table.fields[1].allow_zero_length);
-  EXPECT_FALSE(table.rows[0][1]);
-  EXPECT_EQ(table.rows[1][1], std::string());
-  EXPECT_EQ(table.rows[1][0], "-5");
-  EXPECT_EQ(FirstIncompleteTable(file), nullptr);
-}
-
-TEST(JetStream, TellsATableReadShortOfItsRecordedRows) {
-  JetFile file = ParseJetStream(std::string(kTable) + "R 1:0 3:abc\nE 1\nZ\n");
-  ASSERT_NE(FirstIncompleteTable(file), nullptr);
-  EXPECT_EQ(FirstIncompleteTable(file)->name, "A");
-}
-
 struct Malformed {
   const char* name;
   std::string stream;

@@ -86,12 +86,6 @@ TEST_F(LegacyFolder, EveryWriteRaises3027AndChangesNothing) {
   EXPECT_EQ(rows->RecordCount(), 9);
 }
 
-TEST_F(LegacyFolder, TheStoresOpenersNameTheMigration) {
-  fs::path file = Copy("floor-basic/SELUVORN.mdb", "SELUVORN.mdb");
-  EXPECT_RAISES_THAT(dao::OpenForUpdate(file.string()), errc::kUnrecognizedFormat,
-                     ::testing::HasSubstr("seluvorne migrate"));
-}
-
 // Each case: the file, or a fake reader, and what the error names.
 struct Failure {
   const char* name;

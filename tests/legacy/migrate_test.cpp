@@ -104,21 +104,6 @@ TEST_P(EachFloor, MigratesEveryRowAndOpensForWork) {
 
 INSTANTIATE_TEST_SUITE_P(Fixtures, EachFloor, ::testing::Values("floor-basic", "floor-old"));
 
-TEST_F(Migration, AnEmptyFloorMigrates) {
-  fs::path folder = Floor("floor-empty");
-  legacy::MigrateFloor(folder.string());
-  ExpectMigrated(folder, "floor-empty");
-}
-
-TEST_F(Migration, TheBuildOutStoreOpensOnlyOnceMigrated) {
-  fs::path folder = Floor("floor-basic");
-  clsHariFukasiDS store;
-  EXPECT_RAISES(store.WriteDB_Open(folder.string()), errc::kUnrecognizedFormat);
-  legacy::MigrateFloor(folder.string());
-  EXPECT_TRUE(store.WriteDB_Open(folder.string()));
-  store.CloseDB();
-}
-
 // A floor with one file that cannot be read whole: nothing changes, not even
 // the readable files, and the error names the file and the table.
 TEST_F(Migration, AFloorWithABrokenFileIsLeftAsItWas) {
@@ -160,26 +145,6 @@ TEST_F(Migration, SalvageMigratesWhatIsReadableAndReportsTheLoss) {
   rows->MoveLast();
   EXPECT_EQ(rows->RecordCount(), 125);
   database->Close();
-}
-
-TEST_F(Migration, OnlyTheLegacyFilesOfAPartlyNativeFloorMigrate) {
-  fs::path folder = Floor("floor-basic");
-  fs::path native = Floor("floor-basic");
-  legacy::MigrateFloor(native.string());
-  fs::remove(folder / "SELUVORN.mdb");
-  fs::copy_file(native / "SELUVORN.mdb", folder / "SELUVORN.mdb");
-  const std::string native_bytes = ReadBytes(folder / "SELUVORN.mdb");
-
-  legacy::MigrationReport report = legacy::MigrateFloor(folder.string());
-  for (const legacy::FileReport& file : report.files)
-    EXPECT_EQ(file.migrated, file.file != "SELUVORN.mdb") << file.file;
-  EXPECT_EQ(ReadBytes(folder / "SELUVORN.mdb"), native_bytes);
-  EXPECT_FALSE(fs::exists(folder / "SELUVORN.mdb.jet"));
-  EXPECT_TRUE(fs::exists(folder / "HARIFUKA.mdb.jet"));
-}
-
-TEST_F(Migration, AMissingFolderRaises76) {
-  EXPECT_RAISES(legacy::MigrateFloor((root / "nowhere").string()), errc::kPathNotFound);
 }
 
 // Kills a migration of floor-basic after each of its file operations in turn;

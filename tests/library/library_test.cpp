@@ -1,5 +1,5 @@
-// The library as a host starts it: standalone components, the window layer,
-// and the start routine before the first use.
+// The library as a host starts it: its classes created by name after the
+// start routine.
 
 #include <gtest/gtest.h>
 
@@ -16,32 +16,6 @@ namespace {
 
 using namespace seluvorne;
 namespace fs = std::filesystem;
-
-TEST(Library, StartsWithStandaloneComponentsAndShowsTheConfirmationForm) {
-  char pattern[] = "/tmp/seluvorne-library-XXXXXX";
-  const fs::path root = mkdtemp(pattern);
-  std::ofstream(root / "presets.json") << R"({"KutaiMaxPage": "1"})";
-  setenv("SELUVORNE_SETTINGS", (root / "no-settings.json").c_str(), 1);
-
-  StartLibrary();
-  EXPECT_EQ(frame::gPageMax, 0);  // armed, not run: components may come later
-  RegisterStandaloneComponents(root.string());
-  frame::EnsureStarted();
-  EXPECT_EQ(frame::gPageMax, frame::kLargePageMax);  // through the real presets
-
-  frame::ShowCalcTargetMessage(0);  // the Qt form, offscreen
-  frame::gForms->UnloadKakunin();
-
-  RestartLibrary();
-  EXPECT_FALSE(frame::gFloorDirs);
-  frame::EnsureStarted();
-  EXPECT_TRUE(frame::gFloorDirs);
-
-  for (std::string_view id : fakes::OutsideComponentIds())
-    Unregister(id);
-  unsetenv("SELUVORNE_SETTINGS");
-  fs::remove_all(root);
-}
 
 // Each class of the library is created by name, and its creation runs the
 // start routine first.

@@ -7,19 +7,6 @@ namespace {
 
 using seluvorne::errc::kSubscriptOutOfRange;
 
-TEST(Array, UnallocatedAndOutOfBoundsRaiseNine) {
-  vb::Array<std::int16_t> a;
-  EXPECT_RAISES(a.UBound(), kSubscriptOutOfRange);
-  a.ReDim({3});
-  EXPECT_EQ(a(3), 0);
-  EXPECT_RAISES(a(4), kSubscriptOutOfRange);
-  EXPECT_RAISES(a(0, 0), kSubscriptOutOfRange);  // wrong number of indices
-  EXPECT_RAISES(a.UBound(2), kSubscriptOutOfRange);
-  a.ReDim({-1});  // allocated without elements, as Split of "" answers
-  EXPECT_EQ(a.UBound(), -1);
-  EXPECT_RAISES(a(0), kSubscriptOutOfRange);
-}
-
 TEST(Array, ReDimPreserveKeepsElementsAndOnlyMovesTheLastBound) {
   vb::Array<std::string> fields_by_row({5, 1});  // (field, row), as GetRows fills it
   for (int f = 0; f <= 5; ++f)

@@ -47,19 +47,6 @@ TEST(Rounding, CIntAndCLngRoundHalfToEvenFormatHalfAwayFromZero) {
   EXPECT_RAISES(vb::Format(1, "#,##0"), kInvalidCall);
 }
 
-TEST(NumberText, ValReadsTheLeadingNumber) {
-  const std::pair<const char*, double> cases[] = {
-      {"7abc", 7},    {"abc", 0},         {"0.4", 0.4},       {" 12", 12},        {"-3", -3},
-      {"1e3", 1000},  {"1D2", 100},       {"1e+", 1},         {".5", 0.5},        {"1.2.3", 1.2},
-      {"1 2", 12},    {"\t- 3", -3},      {"--1", 0},         {"&H10", 16},       {"&hff", 255},
-      {"&HFFFF", -1}, {"&H8000", -32768}, {"&H10000", 65536}, {"&HFFFFFFFF", -1}, {"&O17", 15},
-      {"&X1", 0}};
-  for (auto [text, expected] : cases)
-    EXPECT_DOUBLE_EQ(vb::Val(text), expected) << '"' << text << '"';
-  EXPECT_RAISES(vb::Val("1e400"), kOverflow);
-  EXPECT_RAISES(vb::Val("&H100000000"), kOverflow);
-}
-
 TEST(NumberText, StrKeepsTheBlankAndDropsTheLeadingZeroStrTrimmedDropsTheBlank) {
   EXPECT_EQ(vb::Str(std::int16_t{5}), " 5");
   EXPECT_EQ(vb::Str(-0.5), "-.5");

@@ -24,20 +24,4 @@ TEST(Text, CountsCharactersNotBytes) {
   EXPECT_RAISES(vb::InStr(0, "abc", "a"), kInvalidCall);
 }
 
-TEST(Text, TrimRemovesOnlyBlanksAndSplitKeepsEmptyParts) {
-  EXPECT_EQ(vb::Trim(" \ta\u3000 "), "\ta\u3000");  // tabs and ideographic spaces stay
-  vb::Array<std::string> parts = vb::Split("450,,0", ",");
-  ASSERT_EQ(parts.UBound(), 2);
-  EXPECT_EQ(parts(1), "");
-  EXPECT_EQ(vb::Split("", ",").UBound(), -1);
-}
-
-TEST(Text, DoubleByteWidthCountsCodePage932Bytes) {
-  EXPECT_EQ(vb::TextWidth("A~"), 2);
-  EXPECT_EQ(vb::TextWidth("ｱﾟ"), 2);  // half-width kana
-  EXPECT_EQ(vb::TextWidth("漢あ～Ａ"), 8);
-  EXPECT_EQ(vb::TextWidth("😀é"), 2);  // no code in code page 932
-  EXPECT_EQ(vb::TextWidth("X3通り(Y1～Y5間)大梁部"), 22);
-}
-
 }  // namespace

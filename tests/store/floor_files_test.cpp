@@ -1,6 +1,6 @@
 // clsSeluVorneDataService: the floor file's creation, the opens for work with
-// the tables they add to older files, closing, emptying and deletion; then
-// what the service's creation and death do.
+// the tables they add to older files, and handles that outlive failed opens
+// and refused deletes.
 // Real files in a scratch data root; recording fakes for the outside
 // components, so the calls the data service makes are asserted exactly.
 
@@ -73,27 +73,6 @@ class FloorFilesTest : public seluvorne::testing::FloorTest {
   std::string folder, file;
   std::shared_ptr<clsSeluVorneDataService> service;
 };
-
-TEST_F(FloorFilesTest, OpeningAFloorWhoseFolderIsMissingCreatesFolderFileAndElevenTables) {
-  const std::string missing = FloorFolder(1, 2, 4);
-  std::shared_ptr<dao::Database> db;
-  EXPECT_TRUE(service->OpenSeluVorne(missing, db));
-  ASSERT_TRUE(db);
-  EXPECT_THAT(UserTables(*db), ElementsAreArray(Plus(kNineTables, {"SPANTOP", "SPANTANJOIL"})));
-  EXPECT_THAT(
-      fakes.Log(),
-      ElementsAre("FolderKit.clsExistProbe#1 Find_FileExists(\"" + missing + "\\SELUVORN.mdb\")",
-                  "FolderKit.clsExistProbe#1 Find_FileExists(\"" + missing + "\", 16&)",
-                  "FolderKit.clsFloorDirs#1 MakeMkDir(\"" + missing + "\")"));
-}
-
-TEST_F(FloorFilesTest, CreatingOverAnExistingFileRaisesAndLeavesItByteForByte) {
-  WriteOldFloorFile();
-  const std::string before = ReadBytes(Native(file));
-  EXPECT_RAISES(service->Create_SeluVorneTBL(file), errc::kDatabaseExists);
-  EXPECT_RAISES(service->Create_SeluVornMDB(folder), errc::kDatabaseExists);
-  EXPECT_EQ(ReadBytes(Native(file)), before);
-}
 
 // What each opener adds to an older file: the first `added` of the late
 // tables that are missing, "spantop" not counting for SPANTOP.
@@ -183,37 +162,6 @@ TEST_F(FloorFilesTest, HandlesOutliveFailedOpensAndRefusedDeletes) {
   EXPECT_FALSE(fs::exists(Native(file)));
 }
 
-TEST_F(FloorFilesTest, DeleteAllDataRaisesTheEnginesSyntaxErrorAndDeletesNoRow) {
-  WriteOldFloorFile();
-  service->DeleteAllDataDB(FloorFolder(5, 5, 5));  // no file: nothing to do
-  EXPECT_RAISES(service->DeleteAllDataDB(folder), errc::kSyntaxError);
-  ASSERT_TRUE(service->KutaiDb);  // opened there, as WriteOpenDb held nothing
-  EXPECT_EQ(service->KutaiDb->OpenRecordset("KUTAIDATA")->Value("DATA"), vb::Variant("kept"));
-}
-
 // ---- Lifetime -----------------------------------------------------------------------
-
-TEST_F(FloorFilesTest, CreationNeedsTheRoster) {
-  EXPECT_EQ(fakes.Created(frame::BeamRoster::kProgId), 1);
-  Unregister(frame::BeamRoster::kProgId);
-  EXPECT_RAISES(clsSeluVorneDataService(), errc::kCannotCreateObject);
-}
-
-TEST_F(FloorFilesTest, DeathReleasesTheProgressBarBeforeReplacingTheSharedServices) {
-  std::weak_ptr<Dispatch> progress;
-  bool released_first = false;
-  {
-    Object bar = fakes::MakeFakeObject(fakes, "Progress");
-    progress = bar;
-    service->SetCopyMergeBar(bar);
-  }
-  EXPECT_FALSE(progress.expired());
-  Register(frame::FloorDirs::kProgId, [&] {
-    released_first = progress.expired();
-    return fakes::MakeFakeObject(fakes, "FloorDirs");
-  });
-  service.reset();
-  EXPECT_TRUE(released_first);
-}
 
 }  // namespace

@@ -1,6 +1,5 @@
 // The page buffers: a page read whole and written as another page, with the
-// spare slot, the tables whose rows are never deleted, the dropped empty
-// texts and the cleared buffer.
+// spare slot, the tables whose rows are never deleted, and bad states.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -71,32 +70,6 @@ TEST_F(PageBufferTest, ReadDBLeavesASpareSlotAndTheSourcePage) {
   EXPECT_EQ(buffer.tables[7].keys[0](0), 0);
 }
 
-TEST_F(PageBufferTest, EmptyTextsAreDroppedExceptInKutaiData) {
-  Texts hanti({79, 4}), kutai({159, 0});
-  hanti(3, 0) = "h";
-  kutai(3, 0) = "k";
-  service->Write_Hanti(2, hanti);
-  service->Write_KutaiData(2, kutai);
-  service->Write_TooriMei(2, "", "");
-  Copy(2, 6);
-  EXPECT_THAT(Rows("HANTI", 6), ElementsAre("0,3=h"));
-  EXPECT_EQ(Rows("KUTAIDATA", 6), Rows("KUTAIDATA", 2));
-  EXPECT_EQ(Rows("KUTAIDATA", 6).size(), 160u);
-}
-
-TEST_F(PageBufferTest, AClearedBufferWritesOnlyAnEmptyGridLineRowOverThePage) {
-  sample::PageTexts texts = sample::TypicalPage(3);
-  sample::WritePage(*service, 3, texts);
-  service->wBuf_Clear();
-  service->pPageNo = 3;
-  service->WriteDB();
-  EXPECT_THAT(Rows("TOORIMEI", 3), ElementsAre("|"));
-  for (const std::string& table : kPageTables) {
-    const bool kept = table == "SPANTOP" || table == "SPANTANJOIL";
-    EXPECT_EQ(Rows(table, 3).empty(), !kept) << table;
-  }
-}
-
 TEST_F(PageBufferTest, BadStatesRaiseBeforeTheDestinationLosesARow) {
   service->Write_TooriMei(1, "X1", "1");
   clsSeluVorneDataService fresh;
@@ -108,32 +81,6 @@ TEST_F(PageBufferTest, BadStatesRaiseBeforeTheDestinationLosesARow) {
   EXPECT_RAISES(service->ReadDB(), errc::kNoCurrentRecord);  // no TOORIMEI row
   fresh.KutaiDb.reset();
   EXPECT_RAISES(fresh.ReadDB(), errc::kObjectNotSet);
-}
-
-TEST_F(PageBufferTest, ATextTooLongForTheDestinationKeepsTheRowsWrittenBeforeIt) {
-  // A source file whose SPANTANJOIL takes longer texts than the floor file's.
-  const std::string wide = MakeFloorFolder(1, 2, 9) + "\\SELUVORN.mdb";
-  auto source = frame::CreateDatabaseWithTables(wide, frame::kFloorTables);
-  frame::CreateTable(*source, frame::kSpanTopTable);
-  frame::CreateTable(*source, {"SPANTANJOIL", frame::floor_fields::kPageRowWithBan});
-  service->WriteOpenDb = service->KutaiDb = source;
-  Texts hanti({79, 4}), joints({19, 0});
-  hanti(0, 0) = "h";
-  joints(0, 0) = "12345678901,1";
-  service->Write_Hanti(2, hanti);
-  service->Write_TanbuJointL(2, joints);
-  service->Write_TooriMei(2, "X1", "1");
-  service->pPageNo = 2;
-  service->ReadDB();
-
-  clsSeluVorneDataService floor;
-  floor.WriteOpen(folder);
-  floor.KutaiDb = floor.WriteOpenDb;
-  service->KutaiDb = floor.KutaiDb;
-  service->pPageNo = 7;
-  EXPECT_RAISES(service->WriteDB(), errc::kFieldTooSmall);
-  EXPECT_THAT(RowsOf(*floor.KutaiDb, "HANTI", 7), ElementsAre("0,0=h"));  // before SPANTANJOIL
-  EXPECT_THAT(RowsOf(*floor.KutaiDb, "TOORIMEI", 7), IsEmpty());          // after it
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 // Page copy between floors: every store's rows of a page arriving on another
-// floor with the through-bar value, the collaborators called in order, the
-// check alone, the destination pages after the last one, and the floor
-// directory the copy reads first.
+// floor with the through-bar value, the collaborators called in order, and
+// the destination pages after the last one.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -157,57 +156,6 @@ TEST_F(PageCopyTest, EveryStoresRowsOfThePagesArriveAndTheCollaboratorsAreCalled
   EXPECT_EQ(fakes.Created("BeamSolver.clsSolverRecords"), 3);  // one per page, one before
 }
 
-TEST_F(PageCopyTest, WithoutDrawingsOnlyTheFirstRebarPassIsPrepared) {
-  EXPECT_TRUE(CopyNo(1, 0, PageList({1}), PageList({0})));
-  EXPECT_THAT(CallsOf({"ExtraBarStore", "BeamSolver"}),
-              ElementsAre("ExtraBarStore.clsExtraBars#1 put Buzai = \"SELU_VORNE\"",
-                          "ExtraBarStore.clsExtraBars#1 CopyPathPage_KaiSitei_Ini(\"" + folder +
-                              "\", {1%})"));
-  clsSeluVorneDataService copy;
-  copy.WriteOpen(destination);
-  EXPECT_EQ(RowsOf(*copy.WriteOpenDb, "HANTI", 0).size(), 400u);
-}
-
-// Mode 0 only checks: the destination floor stays without a file or as it was.
-TEST_F(PageCopyTest, TheCheckAloneAnswersAndCopiesNothing) {
-  fakes.Answer(frame::Presets::kProgId, "GetHariDefault", std::string("1"));
-  frame::LoadPageMax();  // pages up to 499
-  const struct {
-    const char* name;
-    bool add;                               // No_PageCopyAddNo
-    std::vector<std::int16_t> destination;  // pages the destination has
-    std::vector<std::int16_t> from, to;     // to: No_PageCopyNo's destination list
-    bool result;
-    const char* message;
-  } cases[] = {{"all small", false, {}, {0, 2, 499}, {0, 1, 2}, true, ""},
-               {"source 500", false, {}, {0, 500}, {0, 1}, false, "ページの最大数を超えます。"},
-               {"add onto empty", true, {}, {0, 1}, {}, true, ""},
-               {"add after 497", true, {0, 3, 497}, {0, 1}, {}, true, ""},
-               {"add to 500", true, {0, 497}, {0, 1, 2}, {}, false, ""}};
-  const std::string file = Native(destination + "\\SELUVORN.mdb");
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.name);
-    std::filesystem::remove(file);
-    if (!c.destination.empty()) {
-      clsSeluVorneDataService writer;
-      writer.WriteOpen(destination);
-      for (std::int16_t page : c.destination)
-        writer.Write_TooriMei(page, "Y", "1");
-      writer.WriteOpenDb->Close();
-    }
-    message = "before";
-    Pages from = PageList(c.from), to = c.to.empty() ? Pages({0}) : PageList(c.to);
-    fakes.ClearLog();
-    const bool result = c.add ? service->No_PageCopyAddNo(0, 1, message, 1, 2, 3, from,
-                                                          vb::CInt(from.UBound()), 4, 5, 6)
-                              : CopyNo(0, 1, from, to);
-    EXPECT_EQ(result, c.result);
-    EXPECT_EQ(message, c.message);
-    EXPECT_EQ(std::filesystem::exists(file), !c.destination.empty());
-    EXPECT_THAT(CallsOf({"ExtraBarStore.clsExtraBars#1 put", "ThroughBarStore"}), IsEmpty());
-  }
-}
-
 TEST_F(PageCopyTest, AddNoWritesAfterTheLastPageWithoutFillingGaps) {
   clsSeluVorneDataService writer;
   writer.WriteOpen(destination);
@@ -224,64 +172,6 @@ TEST_F(PageCopyTest, AddNoWritesAfterTheLastPageWithoutFillingGaps) {
     listed.push_back(pages(i));
   EXPECT_THAT(listed, ElementsAre(0, 3, 7, 8, 9));
   EXPECT_EQ(names(3), sample::TypicalPage(2).grid_line);
-}
-
-// The copy holds its floors' files open across the pages; whether it ends
-// normally or by a collaborator's error, it lets go of every one of them.
-TEST_F(PageCopyTest, NoFileOfEitherFloorStaysOpenAfterTheCopy) {
-  for (bool fails : {false, true}) {
-    SCOPED_TRACE(fails ? "ended by a collaborator's error" : "ended normally");
-    if (fails)
-      fakes.Answer(frame::ThroughBars::kProgId, "SetPathPutHikiToosiSW",
-                   [](std::span<vb::Variant>) -> vb::Variant { Raise(errc::kInvalidCall); });
-    if (fails)
-      EXPECT_RAISES(CopyNo(1, 0, PageList({0, 1, 2}), PageList({0, 1, 2})), errc::kInvalidCall);
-    else
-      EXPECT_TRUE(CopyNo(1, 0, PageList({0, 1, 2}), PageList({0, 1, 2})));
-
-    vb::Array<std::int16_t> pages;
-    vb::Array<std::string> names;
-    clsSeluVorneDataService reader;
-    EXPECT_EQ(reader.No_GetAllPageNoName(4, 5, 6, pages, names) + 1, fails ? 1 : 3);
-    reader.CloseDB();
-    // A file still open can be neither deleted nor replaced: the destination's
-    // go, the source's are replaced by copies of themselves.
-    for (std::string_view file :
-         {std::string_view("SELUVORN.mdb"), clsHariFukasiDS::kFileName, clsHariSWDS::kFileName}) {
-      const std::string source = folder + "\\" + std::string(file),
-                        copied = destination + "\\" + std::string(file);
-      if (files::FileExists(copied)) {
-        EXPECT_NO_THROW(files::DeleteFile(copied)) << copied;
-      }
-      files::CopyFile(source, source + ".spare");
-      EXPECT_NO_THROW(files::CopyFile(source + ".spare", source)) << source;
-      files::DeleteFile(source + ".spare");
-    }
-  }
-}
-
-TEST_F(PageCopyTest, WithoutAProgressObjectTheCopyRaises91BeforeAnyPage) {
-  clsSeluVorneDataService bare;
-  std::string text;
-  Pages from = PageList({0}), to = PageList({0});
-  EXPECT_RAISES(bare.No_PageCopyNo(1, 0, text, 1, 2, 3, from, 0, 4, 5, 6, to), errc::kObjectNotSet);
-  EXPECT_FALSE(std::filesystem::exists(Native(destination + "\\SELUVORN.mdb")));
-}
-
-TEST_F(PageCopyTest, TheDirectoryOfAFloorWithoutAFileIsEmptyAndNothingIsCreated) {
-  vb::Array<std::int16_t> pages;
-  vb::Array<std::string> names;
-  fakes.ClearLog();  // a new object's floor is -1/-1/-1: answered unlooked
-  EXPECT_EQ(service->No_GetAllPageNoName(-1, -1, -1, pages, names), -1);
-  EXPECT_THAT(fakes.Log(), IsEmpty());
-  EXPECT_EQ(service->No_GetAllPageNoName(4, 5, 6, pages, names), -1);
-  EXPECT_EQ(service->CurZeneNo, -1);
-  EXPECT_FALSE(std::filesystem::exists(Native(destination + "\\SELUVORN.mdb")));
-  EXPECT_EQ(service->No_GetAllPageNoName(1, 2, 3, pages, names), 2);
-  EXPECT_EQ(names(1), sample::TypicalPage(1).grid_line);
-  fakes.ClearLog();
-  EXPECT_EQ(service->No_GetAllPageNoName(1, 2, 3, pages, names), 2);  // kept open
-  EXPECT_THAT(fakes.Log(), IsEmpty());
 }
 
 }  // namespace

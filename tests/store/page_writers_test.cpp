@@ -1,6 +1,5 @@
-// The page writers: each writer's row layout on small arrays, the page limit
-// (with the preset reloaded by Write_KutaiData), the name cutter, and what a
-// bad array leaves behind.
+// The page writers: each writer's row layout on small arrays, the page limit,
+// and what a bad array or a text too long leaves behind.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -152,25 +151,6 @@ TEST_F(PageTest, EachWriterNumbersRowsFromTheArrayIndices) {
   }
 }
 
-// Ten kanji are 20 bytes; a kanji crossing the limit is kept; half-width kana
-// are single bytes.
-TEST_F(PageTest, GridLineNamesAreCutToTwentyBytesOfCodePage932) {
-  const std::string k20 = "ABCDEFGHIJKLMNOPQRST";
-  const std::pair<std::string, std::string> names[] = {
-      {k20, k20},
-      {k20 + "U", "ABCDEFGHIJKLMNOPQ..."},
-      {"", ""},
-      {"通通通通通通通通通通", "通通通通通通通通通通"},
-      {"A通通通通通通通通通通", "A通通通通通通通通通通"},
-      {"A通通通通通通通通通通B", "A通通通通通通通通..."},
-      {"ｱｲｳｴｵｶｷｸｹｺｻｼｽｾｿﾀﾁﾂﾃﾄ", "ｱｲｳｴｵｶｷｸｹｺｻｼｽｾｿﾀﾁﾂﾃﾄ"}};
-  std::int16_t page = 0;
-  for (const auto& [name, stored] : names) {
-    service->Write_TooriMei(page, name, " 3 ");
-    EXPECT_THAT(Rows("TOORIMEI", page++), ElementsAre(stored + "| 3 ")) << name;
-  }
-}
-
 // ---- The page limit ----------------------------------------------------------
 
 TEST_F(PageTest, APageOutsideTheLimitWritesNothingEvenWithoutAFile) {
@@ -185,28 +165,6 @@ TEST_F(PageTest, APageOutsideTheLimitWritesNothingEvenWithoutAFile) {
     service->Write_SitakinAnkaSetudan(page, grid);
   }
   EXPECT_RAISES(service->Write_Rsitei(0, one), errc::kObjectNotSet);
-}
-
-TEST_F(PageTest, WriteKutaiDataReloadsThePresetForItsOwnCall) {
-  Texts grid = Grid(159, 0);
-  fakes.Answer(frame::Presets::kProgId, "GetHariDefault", std::string("1"));
-  service->Write_KutaiData(400, grid);
-  EXPECT_EQ(Rows("KUTAIDATA", 400).size(), 160u);
-  EXPECT_EQ(frame::gPageMax, 499);
-  fakes.Answer(frame::Presets::kProgId, "GetHariDefault", std::string("0"));
-  service->Write_KutaiData(401, grid);  // the limit is 159 again, from this call on
-  EXPECT_TRUE(Rows("KUTAIDATA", 401).empty());
-  EXPECT_THAT(fakes.Log(frame::Presets::kProgId),
-              ElementsAre("PresetStore.clsPresets#2 GetHariDefault(\"KutaiMaxPage\")",
-                          "PresetStore.clsPresets#3 GetHariDefault(\"KutaiMaxPage\")"));
-}
-
-TEST_F(PageTest, TheWritersThatWriteNothingStillNeedTheirTable) {
-  Texts grid = Grid(4, 0);
-  service->Write_AnkaNigeData(0, grid);
-  service->Write_SitakinAnkaSetudan(0, grid);
-  EXPECT_TRUE(Rows("ANKANIGE", 0).empty());
-  EXPECT_TRUE(Rows("SITAKINANKASETUDAN", 0).empty());
 }
 
 // ---- Bad input ----------------------------------------------------------------
@@ -232,28 +190,6 @@ TEST_F(PageTest, ATextTooLongRaises3163AfterTheRowsBeforeIt) {
   EXPECT_RAISES(service->Write_TanbuJointL(4, joints), errc::kFieldTooSmall);
   service->WriteOpenDb->Close();
   EXPECT_EQ(RowsAfterReopen(folder, "SPANTANJOIL"), 7u);
-}
-
-TEST_F(PageTest, AnArgumentOfTheWrongKindRaises13BeforeAnyRow) {
-  const Object floor = service;
-  EXPECT_RAISES(CallByName(floor, "Write_Hanti", CallKind::Method, 0, std::string("x")),
-                errc::kTypeMismatch);
-  EXPECT_RAISES(CallByName(floor, "Write_Top", CallKind::Method, 0, 5), errc::kTypeMismatch);
-  EXPECT_TRUE(Rows("HANTI", 0).empty());
-  Texts rows({1});
-  rows(1) = "by name";
-  CallByName(floor, "Write_Rsitei", CallKind::Method, 0, rows);
-  EXPECT_THAT(Rows("RSITEI", 0), ElementsAre("0,0=", "0,1=by name"));
-}
-
-TEST_F(PageTest, WriteTopAddsSpanTopToAFileWithoutIt) {
-  // A file of the nine first tables, as written before SPANTOP existed.
-  const std::string old_file = MakeFloorFolder(1, 2, 4) + "\\SELUVORN.mdb";
-  frame::CreateDatabaseWithTables(old_file, frame::kFloorTables)->Close();
-  service->WriteOpenDb = dao::DBEngine::Instance()->OpenDatabase(old_file);
-  Texts top({19, 0});
-  service->Write_Top(0, top);
-  EXPECT_EQ(Rows("SPANTOP", 0).size(), 480u);
 }
 
 }  // namespace

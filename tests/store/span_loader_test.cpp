@@ -1,8 +1,7 @@
 // Loading a page into the span model: pages written through the engine in the
 // page writers' layouts, then asked by name as the suite's clients ask. The
-// decoding of every table, the skips, the change-point tidy, the anchorage
-// group fill, the span-top slots, the empty page and failed loads; then the
-// late-bound surface: argument kinds, by-reference results, the empty model.
+// decoding of every table, the skips, the anchorage group fill, failed
+// loads, and the readers into the caller's arrays.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -146,59 +145,6 @@ TEST_F(SpanLoaderTest, EveryTableDecodesByItsIndexRule) {
   }
 }
 
-TEST_F(SpanLoaderTest, SpanCountAndTheEmptyPage) {
-  // Span 2 of length 0 ends the beam even though span 3 has data.
-  Write(0, Plus(TwoSpans(), {Kutai(0, 15, "7000"), In("HANTI", 0, 0, -1, "150"),
-                             In("TOORIMEI", -1, -1, -1, " Y1 ")}));
-  EXPECT_EQ(Load(0), 2);
-  EXPECT_EQ(vb::CStr(Ask("TOORIMEI")), "Y1");
-  // 100 spans, all with a length: no valid span, and the attributes stay.
-  Rows full;
-  for (I16 s = 0; s < 5; ++s)
-    for (I16 b = 3; b < 80; b += 4)
-      full.push_back(Kutai(s, b, "1000"));
-  Write(1, full);
-  EXPECT_EQ(Load(1), 0);
-  EXPECT_EQ(vb::CStr(Ask("GetSpanTyou", I16{99})), "1000");
-  EXPECT_EQ(vb::CStr(Ask("GetHantiHidariUe", I16{0})), "150");
-  EXPECT_EQ(vb::CStr(Ask("TOORIMEI")), "Y1");
-  // A page with no rows: the frame is emptied, the attributes stay.
-  EXPECT_EQ(Load(7), 0);
-  EXPECT_EQ(vb::CStr(Ask("GetSpanTyou", I16{99})), "0");
-  EXPECT_EQ(vb::CStr(Ask("GetHantiHidariUe", I16{0})), "150");
-  // SetSpanSunpou refreshes the frame alone.
-  EXPECT_EQ(vb::CInt(Ask("SetSpanSunpou", I16{0})), 2);
-  EXPECT_EQ(vb::CInt(Ask("GetSpanSuu")), 2);
-  EXPECT_EQ(vb::CStr(Ask("GetHantiHidariUe", I16{0})), "150");
-}
-
-TEST_F(SpanLoaderTest, ChangePointsArePackedFilledAndClamped) {
-  struct Tidy {
-    I16 span;
-    std::vector<std::string> stored, loaded;  // slots 0.. as written, as loaded
-  };
-  const std::vector<Tidy> cases = {
-      {0, {"", "", "1200", ""}, {"1200", "0", "", ""}},
-      {1, {"-50", "300", "", "", "-80", "99999"}, {"-50", "300", "-80", "4600", "", ""}},
-      {1, {"", "300", "", "", "", "", "-1", ""}, {"0", "300", "-1", "0", "", "", "", ""}},
-      {0, {"-10", "5600", "-20", "5600.5"}, {"-10", "5600", "-20", "5600"}},
-      {5, {"", "", "1", "2"}, {"", "", "1", "2"}},  // beyond the valid spans: left alone
-  };
-  I16 page = 0;
-  for (const Tidy& c : cases) {
-    SCOPED_TRACE(page);
-    Rows rows = TwoSpans();
-    for (I16 slot = 0; slot < static_cast<I16>(c.stored.size()); ++slot)
-      if (!c.stored[slot].empty()) rows.push_back(In("HENKATEN", 0, c.span, slot, c.stored[slot]));
-    Write(page, rows);
-    ASSERT_EQ(Load(page), 2);
-    for (I16 slot = 0; slot < static_cast<I16>(c.loaded.size()); ++slot)
-      EXPECT_EQ(Model().HenkatenData(c.span, slot), c.loaded[slot]) << "slot " << slot;
-    ++page;
-  }
-  EXPECT_EQ(vb::CInt(Ask("GetHenkatenSuu", I16{5})), 0);
-}
-
 TEST_F(SpanLoaderTest, AnchorageGroupZeroFillsTheGroupsNotRead) {
   Rows main_body = TwoSpans();
   for (I16 m = 0; m < 21; ++m)
@@ -227,48 +173,6 @@ TEST_F(SpanLoaderTest, AnchorageGroupZeroFillsTheGroupsNotRead) {
   }
 }
 
-// The slot table of BAN 8..23 and the older set of BAN 0..7.
-TEST_F(SpanLoaderTest, SpanTopSlots) {
-  Rows rows = TwoSpans();
-  // Span 0 as the page writer writes it: 24 values, BAN 0..7 "0".
-  for (I16 ban = 0; ban < 24; ++ban)
-    rows.push_back(In("SPANTOP", 0, 0, ban, ban < 8 ? "0" : "v" + std::to_string(ban)));
-  // Span 1: only the older set.
-  for (I16 ban = 0; ban < 8; ++ban)
-    rows.push_back(In("SPANTOP", 0, 1, ban, ban == 0 ? "5" : "a" + std::to_string(ban)));
-  // Span 2: the older set and one newer value, written empty.
-  for (I16 ban = 0; ban < 8; ++ban)
-    rows.push_back(In("SPANTOP", 0, 2, ban, ban == 0 ? "5" : "a" + std::to_string(ban)));
-  rows.push_back(In("SPANTOP", 0, 2, 16, ""));
-  // Span 3: an older set switched off by BAN 0 = "0"; span 4: BAN 0 empty.
-  rows.push_back(In("SPANTOP", 0, 3, 0, " 0 "));
-  rows.push_back(In("SPANTOP", 0, 3, 1, "off"));
-  rows.push_back(In("SPANTOP", 0, 4, 1, "off"));
-  rows.push_back(In("SPANTOP", 0, 4, 24, "skipped"));
-  Write(0, rows);
-  ASSERT_EQ(Load(0), 2);
-
-  struct Slot {
-    I16 kihon, tanbu, sitan;
-    int r;  // the r (BAN - 8, or BAN - 16) whose text the slot holds
-  };
-  const Slot slots[] = {{0, 0, 0, 0}, {1, 0, 0, 1}, {0, 0, 1, 2}, {1, 0, 1, 3},
-                        {0, 1, 0, 4}, {0, 1, 1, 4}, {1, 1, 0, 5}, {1, 1, 1, 7}};
-  auto top = [&](I16 span, const Slot& s, I16 updown) {
-    return Model().GetSpanTop(span, s.kihon, s.tanbu, s.sitan, updown);
-  };
-  for (const Slot& s : slots)
-    for (I16 updown = 0; updown < 2; ++updown) {
-      SCOPED_TRACE(::testing::Message() << s.kihon << s.tanbu << s.sitan << updown);
-      EXPECT_EQ(top(0, s, updown), "v" + std::to_string(8 + 8 * updown + s.r));
-      EXPECT_EQ(top(1, s, updown), s.r == 0 ? "5" : "a" + std::to_string(s.r));
-      const bool written = updown == 1 && s.r == 0;  // BAN 16
-      EXPECT_EQ(top(2, s, updown), written ? "" : s.r == 0 ? "5" : "a" + std::to_string(s.r));
-      EXPECT_EQ(top(3, s, updown), "");
-      EXPECT_EQ(top(4, s, updown), "");
-    }
-}
-
 TEST_F(SpanLoaderTest, AFailedLoadKeepsTheModel) {
   Write(0, Plus(TwoSpans(), {In("HANTI", 0, 0, -1, "150")}));
   ASSERT_EQ(Load(0), 2);
@@ -295,96 +199,7 @@ TEST_F(SpanLoaderTest, AFailedLoadKeepsTheModel) {
   }
 }
 
-TEST_F(SpanLoaderTest, LoadOpensTheCurrentFloorWhenNoneIsSet) {
-  Write(0, TwoSpans());
-  fakes.Answer("FolderKit.clsFloorDirs", "CurrFloor", vb::Variant(folder));
-  auto fresh = std::make_shared<clsSeluVorneDataService>();
-  EXPECT_EQ(fresh->InitKutaiData(0), 2);
-  EXPECT_EQ(fresh->CurrKai(), folder);
-  EXPECT_RAISES(clsSeluVorneDataService().SetSpanSunpou(0), 91);  // no floor open
-}
-
-// A page written by the page writers loads back as written: the span frame,
-// every span-top slot (BAN 0..7 as the writer leaves them) and the anchorage.
-TEST_F(SpanLoaderTest, APageWrittenByTheWritersLoadsBack) {
-  sample::PageTexts texts = sample::TypicalPage(7);
-  service->WriteOpen(folder);
-  sample::WritePage(*service, 7, texts);
-  ASSERT_EQ(Load(7), 6);
-  for (I16 span = 0; span <= 6; ++span) {
-    EXPECT_EQ(Model().GetSpanTyou(span), vb::CSng(vb::Val(texts.kutai_data(4 * span + 3, 0))));
-    EXPECT_EQ(Model().GetHasiraHabaHidari(span),
-              vb::CSng(vb::Val(texts.kutai_data(4 * span + 1, 0))));
-  }
-  EXPECT_EQ(Model().HariMei(1), vb::Trim(texts.kutai_data(85, 0)));
-  const int r_of_slot[2][2][2] = {{{0, 2}, {4, 4}}, {{1, 3}, {5, 7}}};  // [kihon][tanbu][sitan]
-  for (I16 span = 0; span < 20; ++span) {
-    const vb::Array<std::string> values = vb::Split(vb::Trim(texts.top(span, 0)), ",");
-    for (I16 k = 0; k < 2; ++k)
-      for (I16 t = 0; t < 2; ++t)
-        for (I16 s = 0; s < 2; ++s)
-          for (I16 u = 0; u < 2; ++u)
-            EXPECT_EQ(Model().GetSpanTop(span, k, t, s, u), values(8 + 8 * u + r_of_slot[k][t][s]))
-                << span << k << t << s << u;
-  }
-  for (I16 face = 0; face < 4; ++face)
-    for (I16 group = 0; group < 5; ++group) {
-      const vb::Array<std::string> e = vb::Split(vb::Trim(texts.anchorage(group, face, 0)), ",");
-      for (I16 m = 0; m <= 20; ++m) {
-        const std::string expected = m < 12 || e(20) == "1" ? e(m) : "0";
-        EXPECT_EQ(Model().AnkaNigeData(face / 2, face % 2, group * 50 + m), expected)
-            << face << " " << group << " " << m;
-      }
-    }
-}
-
 // ---- By name -----------------------------------------------------------------
-
-TEST_F(SpanLoaderTest, ArgumentKindsAndResultsByName) {
-  // A page never loaded answers from the empty model, guards included.
-  EXPECT_EQ(vb::CStr(Ask("GetHariMei", I16{0})), "");
-  EXPECT_EQ(vb::CStr(Ask("GetTeityakuBanHidari_Hontai", I16{0}, I16{5})), "");
-  EXPECT_EQ(vb::CDbl(Ask("GetHenkatenKyori", I16{0}, I16{0})), 0);
-  EXPECT_EQ(vb::CInt(Ask("isInSpan", 100.0f)), -1);
-  EXPECT_EQ(vb::CInt(Ask("isInOrNearHasira", 0.0f, 0.0f)), 0);
-
-  Write(0, TwoSpans());
-  EXPECT_EQ(vb::CInt(Ask("InitKutaiData", std::int32_t{0})), 2);  // a Long converts
-  float left = 0, right = 0;
-  EXPECT_TRUE(vb::CBool(Ask("GetHasiraLR", I16{1}, Ref(left), Ref(right))));
-  EXPECT_EQ(left, 6000);
-  EXPECT_EQ(right, 6400);
-  I16 first = -1, last = -1;
-  EXPECT_EQ(vb::CStr(Ask("GetSpanTokutyou", 100.0f, 11000.0f, Ref(first), Ref(last))),
-            "00040:00560:00040:00460:00040");
-  EXPECT_EQ(last, 1);
-  float width = 0;
-  EXPECT_EQ(vb::CInt(Ask("isInOrNearHasiraHaba", 6100.0f, 0.0f, Ref(width))), 1);
-  EXPECT_EQ(width, 400);
-  fakes.Answer("BeamRoster.clsRoster", "GaiTanNaitan", vb::Variant(std::string("端部")));
-  vb::Array<I16> sections;
-  Ask("GetDanmenBangou", I16{0}, Ref(sections));
-  EXPECT_THAT(std::vector<I16>(sections.begin(), sections.end()), ::testing::ElementsAre(0, 1, 2));
-
-  const struct {
-    const char* member;
-    std::vector<vb::Variant> args;
-    int error;
-  } refused[] = {{"GetHasiraHaba", {"abc"}, 13},
-                 {"GetHasiraHaba", {I16{100}}, 9},
-                 {"GetHasiraHaba", {100000.0}, 6},
-                 {"GetNigeHidari_Hontai", {I16{0}, I16{32767}}, 6},
-                 {"isTopX", {I16{0}, 1.0f, 1.0f, I16{3}}, 13},
-                 {"InitKutaiData", {"three"}, 13}};
-  for (const auto& r : refused) {
-    std::vector<vb::Variant> args = r.args;
-    EXPECT_RAISES(service->invoke(r.member, CallKind::Method, args), r.error) << r.member;
-  }
-  I16 not_an_array = 0;
-  EXPECT_RAISES(Ask("GetDanmenBangou", I16{0}, Ref(not_an_array)), 13);
-  CallByName(service, "IsVarnholt", CallKind::PropertyPut, true);
-  EXPECT_RAISES(CallByName(service, "IsVarnholt", CallKind::PropertyGet), 438);
-}
 
 TEST_F(SpanLoaderTest, ReadersIntoTheCallersArrays) {
   Write(4, Plus(TwoSpans(), {Kutai(0, 81, " 2G1/2G2 "), Kutai(0, 85, "2B1"), Kutai(0, 80, "-30"),

@@ -1,6 +1,6 @@
-// The span model in memory: the per-span accessors' guards and index
-// arithmetic, the geometry queries on beams with unequal and eccentric
-// columns, and the questions that go to the roster or the caller's list.
+// The span model in memory: the geometry queries on beams with unequal and
+// eccentric columns, and the questions that go to the roster or the
+// caller's list.
 // Each group is a table of cases on one beam built by hand.
 
 #include <gmock/gmock.h>
@@ -90,13 +90,6 @@ TEST(SpanGeometry, FacesClearSpansAndColumns) {
                      });
 }
 
-// One span whose clear length is the first number: columns of width 0 and 400.
-TEST(SpanGeometry, QuarterSpanRoundsUpWholeMillimetresOnly) {
-  for (auto [clear, quarter] : std::vector<std::pair<float, float>>{
-           {4000, 1000}, {4004, 1010}, {4002, 1000}, {0, 0}, {-400, 0}})
-    EXPECT_EQ(Beam({{0, 0}, {400, 0}}, {clear + 400}).GetSpanUtinoriL4Kyori(0), quarter) << clear;
-}
-
 // Symmetric, eccentric, and columns 0..400 and 500..900 between which both
 // faces are near (ties keep column 0).
 TEST(SpanGeometry, InOrNearColumn) {
@@ -114,144 +107,6 @@ TEST(SpanGeometry, InOrNearColumn) {
                 {close, 440, 60, 0},        {close, 450, 49, -1}};
   for (const auto& p : points)
     EXPECT_EQ(p.model.isInOrNearHasira(p.x, p.tolerance), p.column) << p.x << " ~" << p.tolerance;
-}
-
-TEST(SpanGeometry, InOrNearColumnWidenedHasNoNearAnswer) {
-  SpanModel m = Eccentric();
-  struct H {
-    float x, tolerance;
-    I16 column;
-    float width;
-  };
-  for (H h : {H{12900, 60, 2, 600}, H{3000, 0, -1, 500}, H{5850, 0, -1, 500}, H{5850, 1, 1, 600},
-              H{18300, 0, 3, 500}, H{18250, 0, -1, 500}}) {
-    float width = -1;
-    EXPECT_EQ(m.isInOrNearHasiraHaba(h.x, h.tolerance, width), h.column) << h.x;
-    EXPECT_EQ(width, h.width) << h.x;
-  }
-}
-
-TEST(SpanGeometry, SpanOfAPointAndItsAsymmetry) {
-  SpanModel m = Eccentric();
-  struct S {
-    float x;
-    I16 span, start, end;  // isInSpan, isInSpanHasira start point, end point
-  };
-  for (S s : {S{0, 0, 0, 0}, S{100, 0, 0, 0}, S{3000, 0, 0, 0}, S{6000, 0, 1, 0}, S{6250, 1, 1, 0},
-              S{10000, 1, 1, 1}, S{13000, 1, 2, 1}, S{18000, 2, 2, 2}, S{18500, 2, 3, 2},
-              S{20000, 2, 0, 0}}) {
-    EXPECT_EQ(m.isInSpan(s.x), s.span) << s.x;
-    EXPECT_EQ(m.isInSpanHasira(s.x, 0), s.start) << s.x;
-    EXPECT_EQ(m.isInSpanHasira(s.x, 1), s.end) << s.x;
-  }
-  SpanModel symmetric = Symmetric();
-  EXPECT_EQ(symmetric.isInSpan(6200), 1);  // a column centre belongs to the span on its right
-  EXPECT_EQ(SpanModel().isInSpan(0), -1);  // no span: SpanSuu - 1
-}
-
-TEST(SpanGeometry, FeatureTextOfAStretch) {
-  const struct {
-    SpanModel model;
-    float from, to;
-    const char* text;
-    I16 first, last;
-  } cases[] = {{Beam({{300, 300}, {300, 300}}, {6000}), 100, 6000, "00060:00540:00060", 0, 0},
-               {Eccentric(), 100, 18000, "00060:00525:00060:00650:00060:00470:00050", 0, 2},
-               {Eccentric(), 6300, 13000, "00060:00650:00060", 1, 1}};
-  for (const auto& c : cases) {
-    I16 first = -1, last = -1;
-    EXPECT_EQ(c.model.GetSpanTokutyou(c.from, c.to, first, last), c.text);
-    EXPECT_EQ(std::pair(first, last), std::pair(c.first, c.last)) << c.text;
-  }
-}
-
-// ---- Per-span accessors ------------------------------------------------------
-
-SpanModel WithAttributes() {
-  SpanModel m = Symmetric();
-  for (I16 side = 0; side < 2; ++side)
-    for (I16 ban = 0; ban < 250; ++ban)
-      m.AnkaNigeData(3, side, ban) = (side ? "R" : "L") + std::to_string(ban);
-  const char* points[] = {"-100", "1200", "-150", "2400", "", "", "", "", "", "", "", "", "", "7"};
-  for (I16 slot = 0; slot < 14; ++slot)
-    m.HenkatenData(0, slot) = points[slot];
-  m.HenkatenHantiL(0, 1) = " 900 ";
-  m.HariMei(2) = "2G3";  // stored beyond SpanSuu
-  m.StpGensun(1, 0) = 2.5f;
-  m.StpGensun(1, 1) = 3.5f;
-  for (I16 i = 0; i < 8; ++i)
-    m.SitakinCutData(i) = "C" + std::to_string(i);
-  return m;
-}
-
-// Layer 4 of relief is BAN 9, anchorage layers 0/1 and 2/3 share a slot,
-// build-out n starts at BAN 50 n; an Iti of 700 overflows 16 bits.
-TEST(SpanAccessors, AnchorageReliefAndAnchorEntries) {
-  Check(WithAttributes(), {
-                              {ASK(GetTeityakuBanHidari_Hontai(3, 4)), ""},
-                              {ASK(GetNigeHidari_Hontai(3, 4)), "L9"},
-                              {ASK(GetTeityakuBanMigi_Hontai(3, 1)), "R13"},
-                              {ASK(GetTeityakuStyleHidari_Fukasi(1, 3, 3)), "L119"},
-                              {ASK(GetTeityakuHidari_Hontai(3, 1)), "L10"},
-                              {ASK(GetTeityakuMigi_Fukasi(3, 3, 2)), "R211"},
-                              {ASK(GetTeityakuMigi_Fukasi(9, 3, -1)), ""},
-                              {ASK(GetTeityakuSansyouMigi_Hontai(3)), "R20"},
-                              {ASK(GetTeityakuSansyouHidari_Fukasi(3, 3)), "L220"},
-                              {ASK(GetAnkaMigi_Hontai(3, 49)), "R49"},
-                              {ASK(GetAnkaHidari_Fukasi(0, 3, 2)), "L52"},
-                              {ASK(GetAnkaHidari_Fukasi(4, 3, 0)), "", 9},
-                              {ASK(GetAnkaHidari_Hontai(3, -1)), "", 9},
-                              {ASK(GetNigeMigi_Hontai(100, 0)), "", 9},
-                              {ASK(GetTeityakuBanHidari_Fukasi(32767, 3, 0)), "", 6},
-                              {ASK(GetNigeHidari_Hontai(3, 32767)), "", 6},
-                              {ASK(GetTeityakuSansyouMigi_Fukasi(700, 3)), "", 6},
-                          });
-}
-
-// Change point n is slots 2n/2n+1 and the count stops at the first gap;
-// stirrup sizes round half to even; names are answered below SpanSuu only.
-TEST(SpanAccessors, ChangePointsStirrupsNamesAndCuts) {
-  Check(WithAttributes(), {
-                              {ASK(GetHenkatenKyori(0, 0)), "1200"},
-                              {ASK(GetHenkatenTakasa(0, 1)), "-150"},
-                              {ASK(GetHenkatenKyori(0, 6)), "7"},
-                              {ASK(GetHenkatenKyori(0, 7)), "0"},
-                              {ASK(GetHenkatenTakasa(100, 0)), "0"},
-                              {ASK(GetHenkatenTakasa(0, -1)), "", 9},
-                              {ASK(GetHenkatenSuu(0)), "2"},
-                              {ASK(GetHenkatenSuu(1)), "0"},
-                              {ASK(GetHenkatenSayuuHantiL(0, 1)), "900"},  // untrimmed
-                              {ASK(GetHenkatenSayuuHantiL(0, 2)), "0"},
-                              {ASK(GetHenkatenSayuuHantiL(100, 0)), "0"},
-                              {ASK(GetSpanSTPGensun(1, 0)), "2"},
-                              {ASK(GetSpanSTPGensun(1, 1)), "4"},
-                              {ASK(GetHariMei(2)), ""},
-                              {ASK(GetSitakinCutHidari(2)), "C4"},
-                              {ASK(GetSitakinCutMigiHidari(2, 1)), "C5"},
-                              {ASK(GetSitakinCutMigi(100)), "", 9},
-                          });
-  SpanModel full;
-  for (I16 slot = 0; slot < 14; ++slot)
-    full.HenkatenData(5, slot) = "1";
-  EXPECT_EQ(full.GetHenkatenSuu(5), 7);
-}
-
-TEST(SpanAccessors, EndLevelsLookAtChangePointZeroAndN) {
-  SpanModel m = Symmetric();  // span 0 clear 5600
-  m.Tenba(0) = -30;
-  EXPECT_EQ(m.GetSatanTenba(0), -30);
-  EXPECT_EQ(m.GetUtanTenba(0), -30);
-  m.HenkatenData(0, 0) = "-80";
-  m.HenkatenData(0, 1) = "0";
-  EXPECT_EQ(m.GetSatanTenba(0), -80);  // change point 0 at distance 0
-  m.HenkatenData(0, 2) = "-90";
-  m.HenkatenData(0, 3) = "5600";
-  EXPECT_EQ(m.GetUtanTenba(0), -30);  // point n = 2 (the count), not the last one
-  for (I16 slot = 4; slot < 14; slot += 2) {
-    m.HenkatenData(0, slot) = "-95";
-    m.HenkatenData(0, slot + 1) = "100";
-  }
-  EXPECT_EQ(m.GetUtanTenba(0), -30);  // seven points: point 7 answers distance 0
 }
 
 // ---- With the roster and the caller's list -----------------------------------
@@ -320,40 +175,6 @@ TEST_F(SpanRosterTest, ContinuityByEccentricityThenLevels) {
   EXPECT_TRUE(m.isRenzokuSyuutan(1, roster));  // the last valid span
 }
 
-TEST_F(SpanRosterTest, SectionNumbersByEndDesignation) {
-  struct D {
-    const char* designation;
-    const char* name;
-    std::vector<Column> columns;
-    I16 span;
-    std::vector<I16> sections;
-  };
-  const std::vector<Column> three = {{200, 200}, {200, 200}, {200, 200}, {200, 200}};
-  for (const D& d : std::vector<D>{
-           {" 外端 ", "2G1", three, 0, {0, 1, 0}},
-           {"基端", "2G1", three, 0, {2, 0, 0}},
-           {"基端", "2G1", three, 1, {0, 0, 0}},
-           {"基端", "2G1", three, 2, {0, 0, 2}},
-           {"基端", "2G1", {{0, 0}, {0, 0}}, 0, {2, 2, 2}},
-           {"基端", "2G1", {{0, 0}, {200, 200}}, 0, {2, 0, 0}},
-           {"端部", "2G1/2G2", three, 1, {2, 1, 0}},
-           {"", "2G1", three, 1, {0, 1, 2}},
-           {"中間", "2G1", three, 1, {0, 0, 0}},
-       }) {
-    designation = d.designation;
-    std::vector<float> lengths(d.columns.size() - 1, 5000);
-    SpanModel m = Beam(d.columns, lengths);
-    for (I16 i = 0; i < m.SpanSuu; ++i)
-      m.HariMei(i) = d.name;
-    vb::Array<I16> sections;
-    m.GetDanmenBangou(d.span, sections, roster);
-    EXPECT_THAT(std::vector<I16>(sections.begin(), sections.end()),
-                ::testing::ElementsAreArray(d.sections))
-        << d.designation << " span " << d.span;
-    EXPECT_EQ(m.GetListDanmenNoByKutaiDanmenNo(d.span, 2, roster), d.sections[2]);
-  }
-}
-
 TEST_F(SpanRosterTest, DepthsGoToTheRosterBySection) {
   designation = "端部";
   SpanModel m = Symmetric();
@@ -385,21 +206,6 @@ TEST_F(SpanRosterTest, CutOffRatios) {
     m.Tenba(1) = r.tenba_1;
     EXPECT_FLOAT_EQ(m.GetSpanRituHidari(r.updown, 1, list, roster), r.left) << r.name;
     EXPECT_FLOAT_EQ(m.GetSpanRituMigi(r.updown, 1, list, roster), r.right) << r.name;
-  }
-}
-
-TEST_F(SpanRosterTest, VarnholtRatiosAreAThirdForEveryKind) {
-  SpanModel m = Symmetric();
-  m.HariMei(0) = "2G1";
-  for (I16 k : {0, 1, 3, 4, 9, -1}) {
-    kind = k;
-    fakes.ClearLog();
-    const float expected = k >= 0 ? 1.0f / 3 : 0.0f;
-    EXPECT_FLOAT_EQ(m.GetSpanRituHidariVARNHOLT(1, 0, list, roster), expected) << k;
-    EXPECT_FLOAT_EQ(m.GetSpanRituMigiVARNHOLT(0, 0, list, roster), expected) << k;
-    // The questions asked on the way are still asked: isKobari2 above kind 3.
-    const auto calls = fakes.Log("obList");
-    EXPECT_EQ(calls.size(), k > 3 ? 4u : 2u) << k;
   }
 }
 

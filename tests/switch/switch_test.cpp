@@ -1,6 +1,6 @@
-// The switch store, the table checks for older floor files, and the
-// through-bar copy: real files in a scratch data root, recording fakes for
-// the outside components.
+// The switch store: a page copy and the end-joint lengths' limit, on real
+// files in a scratch data root with recording fakes for the outside
+// components.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -85,17 +85,6 @@ TEST_F(SwitchStoreTest, CopyReplacesTheDestinationPageWithTheSourceRowsThatHaveD
 
 // ---- The tables older floor files lack --------------------------------------------
 
-TEST_F(SwitchStoreTest, TableChecksWantAnOpenDatabase) {
-  clsHariSWDS store;
-  Variant nothing, number(std::int16_t{3}), handle(NewDatabase());
-  EXPECT_RAISES(store.IsTopTblExist(nothing), errc::kObjectNotSet);
-  EXPECT_RAISES(store.CreateTopTbl(number), errc::kTypeMismatch);
-  store.CreateTopTbl(handle);
-  EXPECT_RAISES(store.CreateTopTbl(handle), errc::kTableExists);
-  vb::FromVariant<std::shared_ptr<dao::Database>>(handle)->Close();
-  EXPECT_RAISES(store.IsTopTblExist(handle), errc::kObjectInvalid);
-}
-
 TEST_F(SwitchStoreTest, EndJointLengthsRefuseMoreThanTenCharactersAndKeepEarlierRows) {
   auto db = NewDatabase();
   clsHariSWDS store;
@@ -113,33 +102,5 @@ TEST_F(SwitchStoreTest, EndJointLengthsRefuseMoreThanTenCharactersAndKeepEarlier
   EXPECT_THAT(Rows(*db, "SPANTANJOIL"),
               ElementsAre("-1 -1 -1 -1 1234567890", "-1 -1 -1 -1 長さ１２３４５６７８"));
 }
-
-// ---- The through-bar copy ----------------------------------------------------------
-
-// What the source page holds; the discarded read of the destination answers the opposite.
-class ThroughBarCopy : public FloorTest, public ::testing::WithParamInterface<bool> {};
-
-TEST_P(ThroughBarCopy, WritesTheSourceValueAfterReadingTheDestinationOnceAndAnswersFalse) {
-  const bool source_value = GetParam();
-  const std::string from_file = FloorFolder(1, 2, 3) + "\\Hollenbar.Dat";
-  const std::string to_file = FloorFolder(4, 5, 6) + "\\Hollenbar.Dat";
-  fakes.Answer(frame::ThroughBars::kProgId, "SetPathGetHikiToosiSW", [&](std::span<Variant> args) {
-    return Variant(vb::CStr(args[0]) == from_file ? source_value : !source_value);
-  });
-
-  clsHikiCopyDS copier;
-  EXPECT_FALSE(copier.No_Copy1Page(1, 2, 3, 7, 4, 5, 6, 9));
-  EXPECT_EQ(fakes.Created(frame::ThroughBars::kProgId), 1);
-  const std::string bars = "ThroughBarStore.clsThroughBars#1 ";
-  EXPECT_THAT(fakes.Log(), ElementsAre("FolderKit.clsFloorDirs#1 GetFullPathToKai(1%, 2%, 3%)",
-                                       "FolderKit.clsFloorDirs#1 GetFullPathToKai(4%, 5%, 6%)",
-                                       bars + "SetPathGetHikiToosiSW(\"" + from_file + "\", 7%)",
-                                       bars + "SetPathGetHikiToosiSW(\"" + to_file + "\", 7%)",
-                                       bars + "SetPathPutHikiToosiSW(\"" + to_file + "\", 9%, " +
-                                           (source_value ? "True)" : "False)")));
-}
-
-INSTANTIATE_TEST_SUITE_P(SourceValue, ThroughBarCopy, ::testing::Bool(),
-                         [](const auto& info) { return info.param ? "On" : "Off"; });
 
 }  // namespace

@@ -1,6 +1,6 @@
 // frmSelect driven headless: the modal dialog run with timers, mouse clicks
 // and key events; the confirmation drawing through recording fakes of the
-// outside components; placement with frmKakunin following.
+// outside components.
 //
 // With SELUVORNE_PICTURES set to a folder, WindowPictures writes the PNGs of
 // docs/ there (scripts/window_pictures.sh).
@@ -149,56 +149,7 @@ TEST_F(SelectDialogTest, ClicksAndFunctionKeysInBothModes) {
   }
 }
 
-TEST_F(SelectDialogTest, TheModeShowsOrHidesTheMultiSelectControls) {
-  frmSelect& dialog = Filled(false);
-  const QWidget* multi_only[] = {dialog.cmdAll[0],     dialog.cmdAll[1],     dialog.cmdEnd,
-                                 dialog.lblFukusuu,    dialog.lblFuncKey[0], dialog.lblFuncKey[1],
-                                 dialog.lblFuncKey[2], dialog.lblFuncKey[3]};
-  for (const QWidget* control : multi_only)
-    EXPECT_TRUE(control->isHidden());
-  dialog.SetMultiSelect(true);
-  for (const QWidget* control : multi_only)
-    EXPECT_FALSE(control->isHidden());
-  EXPECT_EQ(dialog.lblFuncKey[3]->text().toStdString(), "[ F12 ]");
-  EXPECT_FALSE(dialog.cmdToMenu->isHidden());
-  dialog.SetToMenuCaption("計算へ戻る");
-  EXPECT_EQ(dialog.cmdToMenu->text().toStdString(), "計算へ戻る");
-  // F11 needs its label as well as its button.
-  dialog.lblFuncKey[2]->hide();
-  dialog.FunctionKey(frmSelect::kKeyF11);
-  EXPECT_EQ(dialog.Result(), "");
-  dialog.SetEnableKakuninzu(0);
-  EXPECT_TRUE(dialog.chkKakuninzu->isHidden());
-}
-
 // ---- The hidden debug mode -------------------------------------------------------------
-
-TEST_F(SelectDialogTest, TheDebugWordWithOneWrongLetterStartsAgainFromAnEmptyEntry) {
-  frmSelect& dialog = Filled(true);
-  QWidget* box = dialog.chkKakuninzu;
-  const struct {
-    std::string keys;
-    bool debug;
-  } cases[] = {{"XANTHOPQRVELIMO", false},    // a wrong letter in the middle
-               {"XAXANTHOPARVELIMO", false},  // the wrong X is not a new first letter
-               {"XANTHOPARVELIM", false},
-               {"XANTHOPARVELIMO", true}};
-  for (const auto& [keys, debug] : cases) {
-    SCOPED_TRACE(keys);
-    Type(box, "Z");  // the entry starts empty
-    Type(box, keys);
-    EXPECT_EQ(dialog.DebugMode(), debug);
-    EXPECT_EQ(dialog.chkD3MakeFile->isHidden(), !debug);
-  }
-  ASSERT_EQ(boxes->shown().size(), 1u);
-  EXPECT_EQ(boxes->shown()[0].text, "デバッグモード");
-  EXPECT_EQ(boxes->shown()[0].buttons, MessageButtons::Ok);
-  EXPECT_EQ(dialog.chkD3MakeFile->pos(), QPoint(0, 0));
-  // The key after the word empties the entry; the mode stays on.
-  Type(box, "XANTHOPARVELIMOXANTHOPARVELIMO");
-  EXPECT_EQ(boxes->shown().size(), 2u);
-  EXPECT_TRUE(dialog.DebugMode());
-}
 
 // ---- The confirmation drawing --------------------------------------------------------
 
@@ -248,48 +199,12 @@ TEST_F(ConfirmationDrawingTest, EachEndStatusOfTheViewer) {
     const auto viewer = fakes.Log(frame::Launch::kProgId);
     EXPECT_THAT(viewer,
                 Contains(HasSubstr(multi ? "SelectMode = \"Multi\"" : "SelectMode = \"Single\"")));
-    EXPECT_THAT(viewer, Contains(HasSubstr("BuzaiName = \"大梁\"")));
     EXPECT_THAT(viewer, Contains(HasSubstr("FileName = \"\\floor\\HARI.d3\"")));
-    EXPECT_THAT(viewer, Contains(HasSubstr("FormHeight = 13800&")));
-    EXPECT_THAT(viewer, Contains(HasSubstr(" start()")));
     EXPECT_THAT(fakes.Log(frame::Presenter::kProgId),
                 ElementsAre(HasSubstr("AppendDataHEAD(\"梁\")"), HasSubstr("put D3MakeFileObj"),
                             HasSubstr("PrintKakuninzu(")));
     forms.UnloadSelect();
   }
-}
-
-// The two environment messages: the window stays, the box goes back to 0,
-// no viewer starts.
-TEST_F(ConfirmationDrawingTest, TheEnvironmentMessagesStopBeforeTheViewer) {
-  const char* const kCannotRun = "お客様のパソコン環境では、確認伏図表示は動作できません。";
-  const char* const kNoFile = "確認伏図ファイルが有りません。";
-  const struct {
-    std::string_view member_id;
-    const char* member;
-    Variant answer;
-    const char* message;
-  } cases[] = {
-      {frame::ScopeKit::kProgId, "D3ViewVersionCheck", false, kCannotRun},
-      {frame::ScopeKit::kProgId, "EnableDX", std::int16_t{0}, kCannotRun},
-      {frame::DisplayMetrics::kProgId, "ScreenTwipWidth", std::int32_t{9600}, kCannotRun},
-      {frame::ScopeExporter::kProgId, "GetFileName", "", kNoFile},
-      {frame::ExistProbe::kProgId, "Find_FileExists", "", kNoFile},
-  };
-  for (const auto& [id, member, answer, message] : cases) {
-    SCOPED_TRACE(member);
-    DrawingPossible(1);
-    fakes.Answer(id, member, answer);
-    frmSelect& dialog = Filled(true);
-    const bool closed = RunModal(dialog, [&] { dialog.chkKakuninzu->click(); });
-    EXPECT_FALSE(closed);
-    EXPECT_FALSE(dialog.chkKakuninzu->isChecked());
-    ASSERT_FALSE(boxes->shown().empty());
-    EXPECT_EQ(boxes->shown().back().text, message);
-    EXPECT_EQ(boxes->shown().back().icon, MessageIcon::Warning);
-    forms.UnloadSelect();
-  }
-  EXPECT_EQ(fakes.Created(frame::Launch::kProgId), 0);
 }
 
 // A failing viewer closes the dialog; its error reaches the caller of the window.
@@ -305,29 +220,6 @@ TEST_F(ConfirmationDrawingTest, AFailingComponentIsRaisedToTheCallerOfTheWindow)
 }
 
 // ---- Placement ---------------------------------------------------------------------------
-
-TEST_F(SelectDialogTest, PlacedOnLoadWithTheConfirmationFormFollowing) {
-  forms.ShowKakunin("大梁の本体とフカシが計算されます");
-  fakes.ClearLog();
-  frmSelect& dialog = Filled(true);
-  EXPECT_THAT(
-      fakes.Log(frame::WindowPlacer::kProgId),
-      ElementsAre("FolderKit.clsWindowPlacer#2 get FormControl",
-                  "FolderKit.clsWindowPlacer#2 MotoFormSetFormProperty(<frmSelect>, 0&, 0&)",
-                  "FolderKit.clsWindowPlacer#1 MotoFormSetFormProperty(<frmKakunin>, 0&, "
-                  "0&)"));
-  // Activated while the whole calculation runs minimised: off the screen, both.
-  fakes.Answer(frame::StepGuide::kProgId, "isAllCalc", true);
-  fakes.Answer(frame::StepGuide::kProgId, "GetAllCalcWindowStateLastVal_isMinimized", true);
-  fakes.ClearLog();
-  RunModal(dialog, [] { QApplication::processEvents(); });
-  EXPECT_THAT(fakes.Log(frame::StepGuide::kProgId),
-              Contains("StepGuide.clsStepGuide#1 get isAllCalc"));
-  EXPECT_THAT(fakes.Log(frame::WindowPlacer::kProgId),
-              Contains(HasSubstr("MotoFormMoveGamenSoto(<frmSelect>")));
-  EXPECT_THAT(fakes.Log(frame::WindowPlacer::kProgId),
-              Contains(HasSubstr("MotoFormMoveGamenSoto(<frmKakunin>")));
-}
 
 // ---- Pictures for docs/ --------------------------------------------------------------------
 
