@@ -24,4 +24,12 @@ TEST(Text, CountsCharactersNotBytes) {
   EXPECT_RAISES(vb::InStr(0, "abc", "a"), kInvalidCall);
 }
 
+TEST(Text, DoubleByteWidthCountsCodePage932Bytes) {
+  EXPECT_EQ(vb::TextWidth("A~"), 2);
+  EXPECT_EQ(vb::TextWidth("ｱﾟ"), 2);  // half-width kana
+  EXPECT_EQ(vb::TextWidth("漢あ～Ａ"), 8);
+  EXPECT_EQ(vb::TextWidth("😀é"), 2);  // no code in code page 932
+  EXPECT_EQ(vb::TextWidth("X3通り(Y1～Y5間)大梁部"), 22);
+}
+
 }  // namespace
