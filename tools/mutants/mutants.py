@@ -509,6 +509,10 @@ def summarize(records, base):
             "seconds_per_mutant": round(sum(r["seconds"] for r in recs) / len(recs), 1) if recs else None,
             "excluded": base.get("excluded", []), "tests": per_test,
             "cut_candidates": [t["test"] for t in per_test if t["alone"] == 0],
+            # Mutants two or three cases kill: "alone" counts cannot show that
+            # cutting all of them loses the mutant, so they are listed.
+            "thin": [{"mutant": r["id"], "killers": sorted(r["failed"])} for r in recs
+                     if not r.get("first_kill") and 2 <= len(r.get("failed") or []) <= 3],
             "survivors": [{k: r.get(k) for k in ("file", "line", "op", "before", "after")}
                           for r in recs if r["status"] == "survived"]}
 
@@ -536,6 +540,9 @@ def report(args):
     print("\nalone kill none (%d, candidates to cut):" % len(s["cut_candidates"]))
     for t in s["cut_candidates"]:
         print("  " + t)
+    print("\nkilled by two or three cases only (%d; keep one of each):" % len(s["thin"]))
+    for t in s["thin"]:
+        print("  %s\n    %s" % (t["mutant"], "\n    ".join(t["killers"])))
     print("\nsurvivors (%d):" % len(s["survivors"]))
     for v in s["survivors"]:
         print("  %s:%s [%s]\n    - %s\n    + %s" % (v["file"], v["line"], v["op"], v["before"].strip(), v["after"].strip()))
