@@ -495,13 +495,16 @@ def summarize(records, base):
     counts = {s: sum(1 for r in recs if r["status"] == s)
               for s in ("killed", "survived", "did not build", "gone", "timeout")}
     decided = counts["killed"] + counts["survived"] + counts["timeout"]
-    kills, alone = {}, {}
+    kills, alone, thin = {}, {}, []
     for r in recs:
         f = [] if r.get("first_kill") else r.get("failed") or []  # a stopped run names only one
         for t in f:
             kills[t] = kills.get(t, 0) + 1
         if len(f) == 1:
             alone[f[0]] = alone.get(f[0], 0) + 1
+        elif 2 <= len(f) <= 3:
+            # "alone" cannot show that cutting all of these loses the mutant.
+            thin.append({"mutant": r["id"], "killers": sorted(f)})
     cases = sorted({c for u in base.get("units", {}).values() for c in u["cases"]} | set(kills))
     per_test = [{"test": c, "kills": kills.get(c, 0), "alone": alone.get(c, 0)} for c in cases]
     return {"counts": counts, "mutants": len(recs),
@@ -509,10 +512,7 @@ def summarize(records, base):
             "seconds_per_mutant": round(sum(r["seconds"] for r in recs) / len(recs), 1) if recs else None,
             "excluded": base.get("excluded", []), "tests": per_test,
             "cut_candidates": [t["test"] for t in per_test if t["alone"] == 0],
-            # Mutants two or three cases kill: "alone" counts cannot show that
-            # cutting all of them loses the mutant, so they are listed.
-            "thin": [{"mutant": r["id"], "killers": sorted(r["failed"])} for r in recs
-                     if not r.get("first_kill") and 2 <= len(r.get("failed") or []) <= 3],
+            "thin": thin,
             "survivors": [{k: r.get(k) for k in ("file", "line", "op", "before", "after")}
                           for r in recs if r["status"] == "survived"]}
 
